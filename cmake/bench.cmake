@@ -1,0 +1,32 @@
+# Benchmarks: one program per subsystem folder of bench/, built with Google
+# Benchmark. Peer libraries (FFTW, liquid-dsp) are linked into the benchmark
+# programs only, when they are installed; the library itself never uses them.
+find_package(benchmark REQUIRED)
+find_library(FFTW3F_LIB fftw3f)
+find_library(FFTW3_LIB fftw3)
+find_library(LIQUID_LIB liquid)
+
+file(GLOB RYX_BENCH_DIRS LIST_DIRECTORIES true ${CMAKE_SOURCE_DIR}/bench/*)
+foreach(dir ${RYX_BENCH_DIRS})
+  if(NOT IS_DIRECTORY ${dir})
+    continue()
+  endif()
+  get_filename_component(sub ${dir} NAME)
+  file(GLOB_RECURSE srcs CONFIGURE_DEPENDS ${dir}/*.cpp)
+  if(NOT srcs)
+    continue()
+  endif()
+  add_executable(bench_${sub} ${srcs})
+  # Peer loops are compiled at -O3 as a user would compile a plain loop.
+  target_compile_options(bench_${sub} PRIVATE -O3)
+  target_include_directories(bench_${sub} PRIVATE ${CMAKE_SOURCE_DIR}/bench/support)
+  target_link_libraries(bench_${sub} PRIVATE ryxcore benchmark::benchmark)
+  if(FFTW3F_LIB AND FFTW3_LIB)
+    target_compile_definitions(bench_${sub} PRIVATE RYX_HAVE_FFTW=1)
+    target_link_libraries(bench_${sub} PRIVATE ${FFTW3F_LIB} ${FFTW3_LIB})
+  endif()
+  if(LIQUID_LIB)
+    target_compile_definitions(bench_${sub} PRIVATE RYX_HAVE_LIQUID=1)
+    target_link_libraries(bench_${sub} PRIVATE ${LIQUID_LIB})
+  endif()
+endforeach()

@@ -1,0 +1,40 @@
+# Test suite: GoogleTest is built from the Debian source package so that the
+# same sources serve the x86-64, i386 and sanitizer builds.
+set(GTEST_SRC /usr/src/googletest CACHE PATH "GoogleTest source tree")
+set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
+add_subdirectory(${GTEST_SRC} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+
+# One test program per subsystem folder of tests/. Tests link the static
+# archive so that internal routines can be checked directly.
+file(GLOB RYX_TEST_DIRS LIST_DIRECTORIES true ${CMAKE_SOURCE_DIR}/tests/*)
+foreach(dir ${RYX_TEST_DIRS})
+  if(NOT IS_DIRECTORY ${dir})
+    continue()
+  endif()
+  get_filename_component(sub ${dir} NAME)
+  if(sub STREQUAL "interface" OR sub STREQUAL "support")
+    continue()
+  endif()
+  file(GLOB_RECURSE srcs CONFIGURE_DEPENDS ${dir}/*.cpp)
+  if(NOT srcs)
+    continue()
+  endif()
+  add_executable(test_${sub} ${srcs})
+  target_include_directories(test_${sub} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
+  target_link_libraries(test_${sub} PRIVATE ryxcore_static GTest::gtest GTest::gtest_main)
+  target_compile_options(test_${sub} PRIVATE -Wall -Wextra -Wno-unused-parameter)
+  add_test(NAME ${sub} COMMAND test_${sub} --gtest_brief=1)
+  set_tests_properties(${sub} PROPERTIES TIMEOUT 1200)
+endforeach()
+
+# The C interface: the header compiles as C99, a C program links the shared
+# library, and the shared library exports exactly the declared names.
+add_executable(test_c_header tests/interface/c_header_check.c)
+target_compile_options(test_c_header PRIVATE -std=c99 -pedantic-errors -Wall -Wextra -Werror)
+target_link_libraries(test_c_header PRIVATE ryxcore)
+add_test(NAME c_header COMMAND test_c_header)
+
+add_test(NAME exported_names
+  COMMAND ${CMAKE_SOURCE_DIR}/tests/interface/check_exports.sh
+          $<TARGET_FILE:ryxcore> ${CMAKE_SOURCE_DIR}/include ${CMAKE_SOURCE_DIR}/tests)
