@@ -104,5 +104,8 @@ enum RyxTransformFlag {
 
 #include "ryxcore/frame.h"
 #include "ryxcore/vector_float.h"
+#include "ryxcore/vector_int16.h"
+#include "ryxcore/transform.h"
+#include "ryxcore/fir.h"
 
 #endif /* RYXCORE_H */

@@ -3,6 +3,7 @@
 # optimised (-m32 -msse2 -mfpmath=sse), and x86-64 under AddressSanitizer
 # with UndefinedBehaviorSanitizer. All three must pass.
 #   RYX_BUILDS="x64 i386 sanitize"  choose builds (default: all three)
+#   RYX_BUILD_ROOT=build             where the build trees go
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup-packages.sh g++ g++-multilib cmake make googletest ccache binutils
@@ -10,6 +11,7 @@ scripts/setup-packages.sh g++ g++-multilib cmake make googletest ccache binutils
 export CCACHE_DIR=${CCACHE_DIR:-$HOME/.cache/ryxcore-ccache}
 jobs=$(nproc)
 builds=${RYX_BUILDS:-"x64 i386 sanitize"}
+root=${RYX_BUILD_ROOT:-build}
 passed=0 failed=0
 
 for b in $builds; do
@@ -20,13 +22,14 @@ for b in $builds; do
     *) echo "unknown build $b"; exit 2 ;;
   esac
   echo "== build $b"
+  mkdir -p "$root"
   start=$SECONDS
-  cmake -S . -B "build/$b" "${flags[@]}" -DRYX_EXAMPLES=OFF >"build-$b.log" 2>&1 || { cat "build-$b.log"; exit 1; }
-  cmake --build "build/$b" -j"$jobs" >>"build-$b.log" 2>&1 || { tail -60 "build-$b.log"; exit 1; }
+  cmake -S . -B "$root/$b" "${flags[@]}" -DRYX_EXAMPLES=OFF >"$root/$b.log" 2>&1 || { cat "$root/$b.log"; exit 1; }
+  cmake --build "$root/$b" -j"$jobs" >>"$root/$b.log" 2>&1 || { tail -60 "$root/$b.log"; exit 1; }
   echo "   built in $((SECONDS - start)) s"
   out=$(mktemp)
   set +e
-  (cd "build/$b" && ASAN_OPTIONS=detect_leaks=1:halt_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
+  (cd "$root/$b" && ASAN_OPTIONS=detect_leaks=1:halt_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
      ctest -j"$jobs" --output-on-failure) | tee "$out"
   rc=${PIPESTATUS[0]}
   set -e
@@ -38,6 +41,5 @@ for b in $builds; do
   echo "   $b: ctest exit $rc after $((SECONDS - start)) s"
   if [ "$rc" -ne 0 ] && [ "$bad" -eq 0 ]; then failed=$((failed + 1)); fi
 done
-rm -f build-*.log
 echo "tests: $passed passed, $failed failed"
 [ "$failed" -eq 0 ]
