@@ -1,0 +1,92 @@
+// Block kernels of the float FIR forms: four real outputs or two complex
+// outputs per pass, each output accumulated as two partial sums and a
+// pending product (see fir_arith.h for the order).
+#include <cstdint>
+
+#include <emmintrin.h>
+#include <xmmintrin.h>
+
+#include "fir/fir_arith.h"
+
+namespace ryx::fir {
+
+int blockKernel(const float* hFirst, int n, const float* x0, int xs, float* dst, int count) {
+  int j = 0;
+  for (; j + 4 <= count; j += 4) {
+    const float* x = x0 + j;
+    // The read ahead of the next pass starts where this one ends.
+    const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(x) + 16 + (xs > 0 ? std::uintptr_t{4} * static_cast<unsigned>(n) : std::uintptr_t{0} - std::uintptr_t{4} * static_cast<unsigned>(n));
+    _mm_prefetch(reinterpret_cast<const char*>(ahead), _MM_HINT_T0);
+    __m128 a = _mm_setzero_ps();
+    __m128 b = _mm_setzero_ps();
+    __m128 p = _mm_setzero_ps();
+    int i = 0;
+    if (n & 1) {
+      b = _mm_mul_ps(_mm_loadu_ps(x), _mm_set1_ps(hFirst[0]));
+      i = 1;
+    }
+    for (; i < n; i += 2) {
+      b = _mm_add_ps(b, p);
+      a = _mm_add_ps(a, _mm_mul_ps(_mm_loadu_ps(x + i * xs), _mm_set1_ps(hFirst[-i])));
+      p = _mm_mul_ps(_mm_loadu_ps(x + (i + 1) * xs), _mm_set1_ps(hFirst[-i - 1]));
+    }
+    b = _mm_add_ps(b, p);
+    _mm_storeu_ps(dst + j, _mm_add_ps(a, b));
+  }
+  return j;
+}
+
+namespace {
+
+// Complex products in float: c by c uses the swapped-lane form
+// re = r*a + (-(u*b)), im = u*a + r*b.
+inline SCplx prod(SCplx h, SCplx x) { return {x.re * h.re + -(x.im * h.im), x.im * h.re + x.re * h.im}; }
+inline SCplx prod(SCplx h, float x) { return {x * h.re, x * h.im}; }
+inline SCplx prod(float h, SCplx x) { return {x.re * h, x.im * h}; }
+
+inline SCplx add(SCplx a, SCplx b) { return {a.re + b.re, a.im + b.im}; }
+
+template <class H, class S>
+int complexKernel(const H* hFirst, int n, const S* x0, int xs, SCplx* dst, int count) {
+  int j = 0;
+  for (; j + 2 <= count; j += 2) {
+    const S* x = x0 + j;
+    SCplx a0{0.0f, 0.0f}, b0{0.0f, 0.0f}, p0{0.0f, 0.0f};
+    SCplx a1{0.0f, 0.0f}, b1{0.0f, 0.0f}, p1{0.0f, 0.0f};
+    int i = 0;
+    if (n & 1) {
+      b0 = prod(hFirst[0], x[0]);
+      b1 = prod(hFirst[0], x[1]);
+      i = 1;
+    }
+    for (; i < n; i += 2) {
+      const S* xi = x + i * xs;
+      const S* xn = x + (i + 1) * xs;
+      b0 = add(b0, p0);
+      b1 = add(b1, p1);
+      a0 = add(a0, prod(hFirst[-i], xi[0]));
+      a1 = add(a1, prod(hFirst[-i], xi[1]));
+      p0 = prod(hFirst[-i - 1], xn[0]);
+      p1 = prod(hFirst[-i - 1], xn[1]);
+    }
+    b0 = add(b0, p0);
+    b1 = add(b1, p1);
+    dst[j] = add(a0, b0);
+    dst[j + 1] = add(a1, b1);
+  }
+  return j;
+}
+
+}  // namespace
+
+int blockKernel(const SCplx* hFirst, int n, const SCplx* x0, int xs, SCplx* dst, int count) {
+  return complexKernel(hFirst, n, x0, xs, dst, count);
+}
+int blockKernel(const SCplx* hFirst, int n, const float* x0, int xs, SCplx* dst, int count) {
+  return complexKernel(hFirst, n, x0, xs, dst, count);
+}
+int blockKernel(const float* hFirst, int n, const SCplx* x0, int xs, SCplx* dst, int count) {
+  return complexKernel(hFirst, n, x0, xs, dst, count);
+}
+
+}  // namespace ryx::fir
