@@ -1,0 +1,415 @@
+// In-cache FFT kernels on the working layout, written once with 128-bit
+// vector operations and included into one namespace per instruction set
+// (the includer opens the namespace). Nothing here depends on the ISA but
+// the code the compiler emits; the arithmetic, its order and its rounding
+// points are the same in every instantiation.
+//
+// Working layout: the data is cut into blocks of G complex values (G = 4
+// float, 2 double); a block holds G real parts, then G imaginary parts.
+// Interleaved kernels keep blocks in the sample array itself (block b at
+// 2*G*b); split kernels keep them in the two arrays (block b at G*b of
+// each). `Step` is the distance between blocks in elements.
+//
+// Input to every kernel is in bit-reversed order. Passes:
+//   float: first stage R8 (odd order) or R16 (even order), then radix-4
+//          passes M = 32, 128, ... or 64, 256, ... up to N;
+//   double: a radix-4 stage on runs of 4, for odd order a radix-2 pass on
+//          runs of 8, then radix-4 passes M = 32, ... or 16, ... up to N;
+// then, for interleaved data, a last pass back to (re, im) pairs.
+// Radix-4 passes take the quarters of each group in binary-reversed order
+// (quarter 1 gets W^2k, quarter 2 gets W^k), which lets one reversal serve
+// every radix. Inverse kernels use the conjugate twiddles of the same table
+// and swap the signs of the last two outputs. No fused multiply-add.
+//
+// This header has no include guard on purpose: it is included once per
+// instruction-set namespace.
+
+template <class T>
+struct VecOf;
+template <>
+struct VecOf<float> {
+  typedef float type __attribute__((vector_size(16)));
+  static constexpr int kLanes = 4;
+};
+template <>
+struct VecOf<double> {
+  typedef double type __attribute__((vector_size(16)));
+  static constexpr int kLanes = 2;
+};
+
+template <class T>
+using Vec = typename VecOf<T>::type;
+
+template <class T>
+inline Vec<T> load(const T* p) {
+  return *reinterpret_cast<const Vec<T>*>(p);
+}
+template <class T>
+inline void store(T* p, Vec<T> v) {
+  *reinterpret_cast<Vec<T>*>(p) = v;
+}
+template <class T>
+inline Vec<T> loadu(const T* p) {
+  Vec<T> v;
+  __builtin_memcpy(&v, p, sizeof v);
+  return v;
+}
+template <class T>
+inline void storeu(T* p, Vec<T> v) {
+  __builtin_memcpy(p, &v, sizeof v);
+}
+
+// Complex product by a twiddle (wr, wi); the inverse form multiplies by the
+// conjugate. Both forms keep the two products of each component separate
+// and add or subtract them once.
+template <bool Fwd, class V>
+inline void cmul(V xr, V xi, V wr, V wi, V& outR, V& outI) {
+  if constexpr (Fwd) {
+    outR = xr * wr - xi * wi;
+    outI = xr * wi + xi * wr;
+  } else {
+    outR = xr * wr + xi * wi;
+    outI = xi * wr - xr * wi;
+  }
+}
+
+// The radix-4 combination of A, B, C, D (already twiddled):
+// q0 = (A+B)+(C+D), q2 = (A+B)-(C+D), q1 = (A-B)-i(C-D), q3 = (A-B)+i(C-D)
+// forward; the inverse swaps the last two.
+template <bool Fwd, class V>
+inline void radix4Join(V ar, V ai, V br, V bi, V cr, V ci, V dr, V di, V* o) {
+  const V sr = ar + br, si = ai + bi;
+  const V tr = ar - br, ti = ai - bi;
+  const V ur = cr + dr, ui = ci + di;
+  const V vr = cr - dr, vi = ci - di;
+  o[0] = sr + ur;
+  o[1] = si + ui;
+  o[4] = sr - ur;
+  o[5] = si - ui;
+  if constexpr (Fwd) {
+    o[2] = tr + vi;  // (A-B) - i(C-D)
+    o[3] = ti - vr;
+    o[6] = tr - vi;  // (A-B) + i(C-D)
+    o[7] = ti + vr;
+  } else {
+    o[2] = tr - vi;
+    o[3] = ti + vr;
+    o[6] = tr + vi;
+    o[7] = ti - vr;
+  }
+}
+
+// One radix-4 pass over all groups of M values; `bq` is the number of
+// blocks per quarter (L/G). The stage's table groups are walked forward,
+// once per group of data. Returns the table position after the stage.
+template <class T, bool Fwd, int Step>
+const T* radix4Pass(T* re, T* im, std::size_t nBlocks, std::size_t bq, const T* tw) {
+  constexpr int G = VecOf<T>::kLanes;
+  using V = Vec<T>;
+  for (std::size_t g = 0; g < nBlocks; g += 4 * bq) {
+    const T* t = tw;
+    T* r0 = re + g * Step;
+    T* i0 = im + g * Step;
+    const std::size_t qs = bq * Step;
+    for (std::size_t j = 0; j < bq; ++j, t += 6 * G, r0 += Step, i0 += Step) {
+      const V w1r = load(t), w1i = load(t + G);
+      const V w2r = load(t + 2 * G), w2i = load(t + 3 * G);
+      const V w3r = load(t + 4 * G), w3i = load(t + 5 * G);
+      const V ar = load(r0), ai = load(i0);
+      V br, bi, cr, ci, dr, di;
+      cmul<Fwd>(load(r0 + qs), load(i0 + qs), w2r, w2i, br, bi);
+      cmul<Fwd>(load(r0 + 2 * qs), load(i0 + 2 * qs), w1r, w1i, cr, ci);
+      cmul<Fwd>(load(r0 + 3 * qs), load(i0 + 3 * qs), w3r, w3i, dr, di);
+      V o[8];
+      radix4Join<Fwd>(ar, ai, br, bi, cr, ci, dr, di, o);
+      store(r0, o[0]);
+      store(i0, o[1]);
+      store(r0 + qs, o[2]);
+      store(i0 + qs, o[3]);
+      store(r0 + 2 * qs, o[4]);
+      store(i0 + 2 * qs, o[5]);
+      store(r0 + 3 * qs, o[6]);
+      store(i0 + 3 * qs, o[7]);
+    }
+  }
+  return tw + (bq * 6 * G);
+}
+
+// Reads complex value i of the bit-reversed input: interleaved pairs or
+// two split arrays.
+template <class T>
+struct PairSource {
+  const T* p;
+  T re(std::size_t i) const { return p[2 * i]; }
+  T im(std::size_t i) const { return p[2 * i + 1]; }
+};
+template <class T>
+struct SplitSource {
+  const T* r;
+  const T* m;
+  T re(std::size_t i) const { return r[i]; }
+  T im(std::size_t i) const { return m[i]; }
+};
+
+// Plain radix-4 butterfly on four values in memory order (a, b, c, d):
+// s = a+b, t = a-b, u = c+d, v = c-d; outputs s+u, t-iv, s-u, t+iv
+// forward, with t+iv and t-iv exchanged for the inverse.
+template <bool Fwd, class T>
+inline void radix4Scalar(const T* ar, const T* ai, T* outR, T* outI) {
+  const T sr = ar[0] + ar[1], si = ai[0] + ai[1];
+  const T tr = ar[0] - ar[1], ti = ai[0] - ai[1];
+  const T ur = ar[2] + ar[3], ui = ai[2] + ai[3];
+  const T vr = ar[2] - ar[3], vi = ai[2] - ai[3];
+  outR[0] = sr + ur;
+  outI[0] = si + ui;
+  outR[2] = sr - ur;
+  outI[2] = si - ui;
+  if constexpr (Fwd) {
+    outR[1] = tr + vi;
+    outI[1] = ti - vr;
+    outR[3] = tr - vi;
+    outI[3] = ti + vr;
+  } else {
+    outR[1] = tr - vi;
+    outI[1] = ti + vr;
+    outR[3] = tr + vi;
+    outI[3] = ti - vr;
+  }
+}
+
+template <class Src, class T>
+inline void gather4(const Src& src, std::size_t base, T* r, T* i) {
+  for (int k = 0; k < 4; ++k) {
+    r[k] = src.re(base + k);
+    i[k] = src.im(base + k);
+  }
+}
+
+// Float first stage, odd order: radix 8 on each run of 8 values. A and B
+// are the radix-4 butterflies of values 0-3 and 4-7; B is multiplied lane
+// by lane with W_8^l; block 0 gets A + B*W, block 1 gets A - B*W.
+template <bool Fwd, int Step, class Src>
+void firstStageR8(const Src& src, float* re, float* im, std::size_t n) {
+  using V = Vec<float>;
+  const V w8r = {1.0f, 0.70710678f, 0.0f, -0.70710678f};
+  const V w8i = {0.0f, -0.70710678f, -1.0f, -0.70710678f};
+  for (std::size_t run = 0; run < n; run += 8) {
+    float xr[8], xi[8], a[16];
+    gather4(src, run, xr, xi);
+    gather4(src, run + 4, xr + 4, xi + 4);
+    radix4Scalar<Fwd>(xr, xi, a, a + 4);
+    radix4Scalar<Fwd>(xr + 4, xi + 4, a + 8, a + 12);
+    const V ar = loadu(a), ai = loadu(a + 4), br = loadu(a + 8), bi = loadu(a + 12);
+    V pr, pi;
+    cmul<Fwd>(br, bi, w8r, w8i, pr, pi);
+    const std::size_t b = run / 4;
+    store(re + b * Step, ar + pr);
+    store(im + b * Step, ai + pi);
+    store(re + (b + 1) * Step, ar - pr);
+    store(im + (b + 1) * Step, ai - pi);
+  }
+}
+
+// Float first stage, even order: radix 16 on each run of 16 values. Four
+// radix-4 butterflies give four vectors, joined by one twiddled radix-4
+// butterfly on the table's M = 16 stage (its only group, `tw`).
+template <bool Fwd, int Step, class Src>
+void firstStageR16(const Src& src, float* re, float* im, std::size_t n, const float* tw) {
+  using V = Vec<float>;
+  const V w1r = load(tw), w1i = load(tw + 4);
+  const V w2r = load(tw + 8), w2i = load(tw + 12);
+  const V w3r = load(tw + 16), w3i = load(tw + 20);
+  for (std::size_t run = 0; run < n; run += 16) {
+    float xr[16], xi[16], q[32];
+    for (int g = 0; g < 4; ++g) {
+      gather4(src, run + 4 * g, xr + 4 * g, xi + 4 * g);
+      radix4Scalar<Fwd>(xr + 4 * g, xi + 4 * g, q + 8 * g, q + 8 * g + 4);
+    }
+    V br, bi, cr, ci, dr, di;
+    cmul<Fwd>(loadu(q + 8), loadu(q + 12), w2r, w2i, br, bi);
+    cmul<Fwd>(loadu(q + 16), loadu(q + 20), w1r, w1i, cr, ci);
+    cmul<Fwd>(loadu(q + 24), loadu(q + 28), w3r, w3i, dr, di);
+    V o[8];
+    radix4Join<Fwd>(loadu(q), loadu(q + 4), br, bi, cr, ci, dr, di, o);
+    const std::size_t b = run / 4;
+    for (int k = 0; k < 4; ++k) {
+      store(re + (b + k) * Step, o[2 * k]);
+      store(im + (b + k) * Step, o[2 * k + 1]);
+    }
+  }
+}
+
+// Double first stage: radix 4 on each run of 4 values, written as two
+// blocks of two lanes.
+template <bool Fwd, int Step, class Src>
+void firstStageR4(const Src& src, double* re, double* im, std::size_t n) {
+  for (std::size_t run = 0; run < n; run += 4) {
+    double xr[4], xi[4], orr[4], oi[4];
+    gather4(src, run, xr, xi);
+    radix4Scalar<Fwd>(xr, xi, orr, oi);
+    const std::size_t b = run / 2;
+    store(re + b * Step, Vec<double>{orr[0], orr[1]});
+    store(im + b * Step, Vec<double>{oi[0], oi[1]});
+    store(re + (b + 1) * Step, Vec<double>{orr[2], orr[3]});
+    store(im + (b + 1) * Step, Vec<double>{oi[2], oi[3]});
+  }
+}
+
+// Double, odd order: radix-2 pass on runs of 8 (four blocks): block pairs
+// (0, 2) and (1, 3) with W_8^l for l = 0, 1 and l = 2, 3.
+template <bool Fwd, int Step>
+void radix2PassDouble(double* re, double* im, std::size_t nBlocks) {
+  using V = Vec<double>;
+  const V wlr = {1.0, 0.7071067811865475}, wli = {0.0, -0.7071067811865475};
+  const V whr = {0.0, -0.7071067811865475}, whi = {-1.0, -0.7071067811865475};
+  for (std::size_t b = 0; b < nBlocks; b += 4) {
+    for (int h = 0; h < 2; ++h) {
+      double* r0 = re + (b + h) * Step;
+      double* i0 = im + (b + h) * Step;
+      double* r2 = re + (b + h + 2) * Step;
+      double* i2 = im + (b + h + 2) * Step;
+      V pr, pi;
+      cmul<Fwd>(load(r2), load(i2), h == 0 ? wlr : whr, h == 0 ? wli : whi, pr, pi);
+      const V ar = load(r0), ai = load(i0);
+      store(r0, ar + pr);
+      store(i0, ai + pi);
+      store(r2, ar - pr);
+      store(i2, ai - pi);
+    }
+  }
+}
+
+// Last pass of interleaved kernels: each block's G reals and G imaginaries
+// back to pairs, in place or from the work area to the caller's array.
+inline void lastPassPairs(const float* blocks, float* out, std::size_t n) {
+  using V = Vec<float>;
+  using I = int __attribute__((vector_size(16)));
+  for (std::size_t b = 0; b < n / 4; ++b) {
+    const V r = load(blocks + 8 * b), i = load(blocks + 8 * b + 4);
+    const V lo = __builtin_shuffle(r, i, I{0, 4, 1, 5});
+    const V hi = __builtin_shuffle(r, i, I{2, 6, 3, 7});
+    storeu(out + 8 * b, lo);
+    storeu(out + 8 * b + 4, hi);
+  }
+}
+inline void lastPassPairs(const double* blocks, double* out, std::size_t n) {
+  using V = Vec<double>;
+  using I = long long __attribute__((vector_size(16)));
+  for (std::size_t b = 0; b < n / 2; ++b) {
+    const V r = load(blocks + 4 * b), i = load(blocks + 4 * b + 2);
+    storeu(out + 4 * b, __builtin_shuffle(r, i, I{0, 2}));
+    storeu(out + 4 * b + 2, __builtin_shuffle(r, i, I{1, 3}));
+  }
+}
+
+// Float order 2: one scalar radix-4 butterfly in extended precision,
+// rounded once on storing.
+template <bool Fwd, class T>
+void order2Extended(T* r, T* i, std::size_t step) {
+  long double ar[4], ai[4], orr[4], oi[4];
+  for (int k = 0; k < 4; ++k) {
+    ar[k] = r[k * step];
+    ai[k] = i[k * step];
+  }
+  radix4Scalar<Fwd>(ar, ai, orr, oi);
+  for (int k = 0; k < 4; ++k) {
+    r[k * step] = static_cast<T>(orr[k]);
+    i[k * step] = static_cast<T>(oi[k]);
+  }
+}
+
+inline int log2Of(std::size_t n) {
+  int o = 0;
+  while ((std::size_t{1} << o) < n) ++o;
+  return o;
+}
+
+// The passes after the first stage, shared by all kernels of a precision.
+template <class T, bool Fwd, int Step>
+void radixPasses(T* re, T* im, std::size_t n, const T* tw, std::size_t firstM) {
+  constexpr int G = VecOf<T>::kLanes;
+  for (std::size_t m = firstM; m <= n; m *= 4) tw = radix4Pass<T, Fwd, Step>(re, im, n / G, m / 4 / G, tw);
+}
+
+// Float kernel, interleaved. `work` null: in place; else first stage into
+// `work`, passes there, last pass back into `samps`.
+template <bool Fwd>
+void floatKernel(SCplx* samps, std::size_t n, const float* tbl, SCplx* work) {
+  float* x = reinterpret_cast<float*>(samps);
+  const int order = log2Of(n);
+  if (order == 2) {
+    order2Extended<Fwd>(x, x + 1, 2);
+    return;
+  }
+  float* d = work != nullptr ? reinterpret_cast<float*>(work) : x;
+  const PairSource<float> src{x};
+  const float* tw = tbl;
+  if (order & 1) {
+    firstStageR8<Fwd, 8>(src, d, d + 4, n);
+    radixPasses<float, Fwd, 8>(d, d + 4, n, tw, 32);
+  } else {
+    firstStageR16<Fwd, 8>(src, d, d + 4, n, tw);
+    radixPasses<float, Fwd, 8>(d, d + 4, n, tw + 24, 64);
+  }
+  lastPassPairs(d, x, n);
+}
+
+template <bool Fwd>
+void floatSplitKernel(float* re, float* im, std::size_t n, const float* tbl, float* work) {
+  const int order = log2Of(n);
+  if (order == 2) {
+    order2Extended<Fwd>(re, im, 1);
+    return;
+  }
+  float* dr = work != nullptr ? work : re;
+  float* di = work != nullptr ? work + n : im;
+  const SplitSource<float> src{re, im};
+  if (order & 1) {
+    firstStageR8<Fwd, 4>(src, dr, di, n);
+    radixPasses<float, Fwd, 4>(dr, di, n, tbl, 32);
+  } else {
+    firstStageR16<Fwd, 4>(src, dr, di, n, tbl);
+    radixPasses<float, Fwd, 4>(dr, di, n, tbl + 24, 64);
+  }
+  if (work != nullptr) {
+    for (std::size_t k = 0; k < n; k += 4) {
+      storeu(re + k, load(dr + k));
+      storeu(im + k, load(di + k));
+    }
+  }
+}
+
+template <bool Fwd>
+void doubleKernel(DCplx* samps, std::size_t n, const double* tbl, DCplx* work) {
+  double* x = reinterpret_cast<double*>(samps);
+  const int order = log2Of(n);
+  double* d = work != nullptr ? reinterpret_cast<double*>(work) : x;
+  firstStageR4<Fwd, 4>(PairSource<double>{x}, d, d + 2, n);
+  if (order & 1) {
+    radix2PassDouble<Fwd, 4>(d, d + 2, n / 2);
+    radixPasses<double, Fwd, 4>(d, d + 2, n, tbl, 32);
+  } else {
+    radixPasses<double, Fwd, 4>(d, d + 2, n, tbl, 16);
+  }
+  lastPassPairs(d, x, n);
+}
+
+template <bool Fwd>
+void doubleSplitKernel(double* re, double* im, std::size_t n, const double* tbl, double* work) {
+  const int order = log2Of(n);
+  double* dr = work != nullptr ? work : re;
+  double* di = work != nullptr ? work + n : im;
+  firstStageR4<Fwd, 2>(SplitSource<double>{re, im}, dr, di, n);
+  if (order & 1) {
+    radix2PassDouble<Fwd, 2>(dr, di, n / 2);
+    radixPasses<double, Fwd, 2>(dr, di, n, tbl, 32);
+  } else {
+    radixPasses<double, Fwd, 2>(dr, di, n, tbl, 16);
+  }
+  if (work != nullptr) {
+    for (std::size_t k = 0; k < n; k += 2) {
+      storeu(re + k, load(dr + k));
+      storeu(im + k, load(di + k));
+    }
+  }
+}

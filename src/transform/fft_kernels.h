@@ -1,0 +1,39 @@
+// Kernel sets per instruction set and the run-time choice among them.
+// Every set computes bit-identical results; wider sets only run faster.
+#pragma once
+
+#include <cstddef>
+
+#include "ryxcore.h"
+
+namespace ryx::fft {
+
+struct KernelSet {
+  void (*sFwd)(SCplx*, std::size_t, const float*, SCplx*);
+  void (*sInv)(SCplx*, std::size_t, const float*, SCplx*);
+  void (*dFwd)(DCplx*, std::size_t, const double*, DCplx*);
+  void (*dInv)(DCplx*, std::size_t, const double*, DCplx*);
+  void (*sSplitFwd)(float*, float*, std::size_t, const float*, float*);
+  void (*sSplitInv)(float*, float*, std::size_t, const float*, float*);
+  void (*dSplitFwd)(double*, double*, std::size_t, const double*, double*);
+  void (*dSplitInv)(double*, double*, std::size_t, const double*, double*);
+};
+
+enum class Isa { Sse2 = 0, Avx2 = 1, Avx512 = 2 };
+
+// The set used by the engine: the widest the processor has, capped by
+// setIsaCap (tests force each path with it).
+const KernelSet& kernels();
+// The set of one instruction set, or null when this build or this processor
+// lacks it.
+const KernelSet* kernelsFor(Isa isa);
+// Caps the instruction set used from now on (process-wide; tests only).
+void setIsaCap(Isa cap);
+// The instruction set the engine would use now.
+Isa activeIsa();
+
+}  // namespace ryx::fft
+
+namespace ryx::sse2 {
+extern const ryx::fft::KernelSet kKernels;
+}
