@@ -18,7 +18,12 @@ def main(path):
     runs = json.load(open(path))["benchmarks"]
     times = defaultdict(dict)  # (case, args) -> who -> time
     for r in runs:
-        if r.get("run_type") == "aggregate" and r.get("aggregate_name") != "median":
+        # Prefer the fastest repetition ("min" statistic) where a benchmark
+        # reports one: on a shared machine it is the least disturbed figure.
+        if r.get("run_type") == "aggregate" and r.get("aggregate_name") not in ("min", "median"):
+            continue
+        if r.get("aggregate_name") == "median" and any(
+                x.get("aggregate_name") == "min" and x.get("run_name") == r.get("run_name") for x in runs):
             continue
         name = r.get("run_name", r["name"])
         head, _, args = name.partition("/")

@@ -53,68 +53,96 @@ struct Pattern {
   __m128 loadU(int i) const { return loadA(i); }
 };
 
-// Shape 1: dst = dst op pattern, in place.
-template <OpKind K>
-void runInPlace(const Pattern& b, float* dst, int n) {
-  int i = n;
-  while (i > 0) {
-    if (i >= 8 && aligned16(dst + i)) {
-      while (i >= 8) {
-        const bool unalignedForm = i >= 4096;
-        i -= 8;
-        __m128 hi = unalignedForm ? _mm_loadu_ps(dst + i + 4) : _mm_load_ps(dst + i + 4);
-        __m128 lo = unalignedForm ? _mm_loadu_ps(dst + i) : _mm_load_ps(dst + i);
-        hi = vop<K>(hi, b.loadA(i + 4));
-        lo = vop<K>(lo, b.loadA(i));
-        if (unalignedForm) {
-          _mm_storeu_ps(dst + i + 4, hi);
-          _mm_storeu_ps(dst + i, lo);
-        } else {
-          _mm_store_ps(dst + i + 4, hi);
-          _mm_store_ps(dst + i, lo);
-        }
-      }
-      continue;
-    }
-    --i;
-    dst[i] = apply<K>(dst[i], b.at(i));
+// Eight floats [i, i+8) of dst = a op b, with loads and store in the form
+// the block loop chose.
+enum class Form { Aligned, Unaligned, Stream };
+
+template <OpKind K, Form F, class A, class B>
+inline void block8(const A& a, const B& b, float* dst, int i) {
+  __m128 hi, lo;
+  if constexpr (F == Form::Aligned) {
+    hi = vop<K>(a.loadA(i + 4), b.loadA(i + 4));
+    lo = vop<K>(a.loadA(i), b.loadA(i));
+  } else {
+    hi = vop<K>(a.loadU(i + 4), b.loadU(i + 4));
+    lo = vop<K>(a.loadU(i), b.loadU(i));
+  }
+  if constexpr (F == Form::Stream) {
+    _mm_stream_ps(dst + i + 4, hi);
+    _mm_stream_ps(dst + i, lo);
+  } else if constexpr (F == Form::Unaligned) {
+    _mm_storeu_ps(dst + i + 4, hi);
+    _mm_storeu_ps(dst + i, lo);
+  } else {
+    _mm_store_ps(dst + i + 4, hi);
+    _mm_store_ps(dst + i, lo);
   }
 }
 
-// Shapes 2 and 3: dst = a op b.
+// Runs blocks from the top while at least `floor` elements remain (and at
+// least eight); returns the new count of remaining elements.
+template <OpKind K, Form F, class A, class B>
+inline int blocksDownTo(const A& a, const B& b, float* dst, int i, int floor) {
+  if (floor < 8) floor = 8;
+  while (i >= floor) {
+    i -= 8;
+    block8<K, F>(a, b, dst, i);
+  }
+  return i;
+}
+
+// Single steps from the top until the end of the remaining part is aligned
+// (or too few elements remain for a block).
 template <OpKind K, class A, class B>
-void runTwoSources(const A& a, const B& b, float* dst, int n) {
-  int i = n;
-  bool streamed = false;
+inline int singlesUntilAligned(const A& a, const B& b, float* dst, int i) {
+  while (i > 0 && (i < 8 || !aligned16(dst + i))) {
+    --i;
+    dst[i] = apply<K>(a.at(i), b.at(i));
+    if (i < 8) break;
+  }
+  return i;
+}
+
+template <OpKind K, class A, class B>
+inline void singlesToBottom(const A& a, const B& b, float* dst, int i) {
   while (i > 0) {
-    if (i >= 8 && aligned16(dst + i)) {
-      while (i >= 8) {
-        const int remaining = i;
-        i -= 8;
-        if (remaining >= 1024) {
-          const __m128 hi = vop<K>(a.loadU(i + 4), b.loadU(i + 4));
-          const __m128 lo = vop<K>(a.loadU(i), b.loadU(i));
-          _mm_stream_ps(dst + i + 4, hi);
-          _mm_stream_ps(dst + i, lo);
-          streamed = true;
-        } else if (a.alignedAt(i) && b.alignedAt(i)) {
-          const __m128 hi = vop<K>(a.loadA(i + 4), b.loadA(i + 4));
-          const __m128 lo = vop<K>(a.loadA(i), b.loadA(i));
-          _mm_store_ps(dst + i + 4, hi);
-          _mm_store_ps(dst + i, lo);
-        } else {
-          const __m128 hi = vop<K>(a.loadU(i + 4), b.loadU(i + 4));
-          const __m128 lo = vop<K>(a.loadU(i), b.loadU(i));
-          _mm_store_ps(dst + i + 4, hi);
-          _mm_store_ps(dst + i, lo);
-        }
-      }
-      continue;
-    }
     --i;
     dst[i] = apply<K>(a.at(i), b.at(i));
   }
-  if (streamed) _mm_sfence();
+}
+
+// Shape 1: dst = dst op pattern, in place. Blocks use the unaligned form
+// while 4096 or more elements remain, the aligned form below.
+template <OpKind K>
+void runInPlace(const Pattern& b, float* dst, int n) {
+  const Array a{dst};
+  int i = singlesUntilAligned<K>(a, b, dst, n);
+  if (i >= 8 && aligned16(dst + i)) {
+    i = blocksDownTo<K, Form::Unaligned>(a, b, dst, i, 4096);
+    i = blocksDownTo<K, Form::Aligned>(a, b, dst, i, 8);
+  }
+  singlesToBottom<K>(a, b, dst, i);
+}
+
+// Shapes 2 and 3: dst = a op b. Streaming stores while 1024 or more
+// elements remain, then aligned loads if both sources are aligned at the
+// blocks (their offset from dst is fixed, so one test decides), else
+// unaligned loads.
+template <OpKind K, class A, class B>
+void runTwoSources(const A& a, const B& b, float* dst, int n) {
+  int i = singlesUntilAligned<K>(a, b, dst, n);
+  if (i >= 8 && aligned16(dst + i)) {
+    if (i >= 1024) {
+      i = blocksDownTo<K, Form::Stream>(a, b, dst, i, 1024);
+      _mm_sfence();
+    }
+    if (a.alignedAt(i) && b.alignedAt(i)) {
+      i = blocksDownTo<K, Form::Aligned>(a, b, dst, i, 8);
+    } else {
+      i = blocksDownTo<K, Form::Unaligned>(a, b, dst, i, 8);
+    }
+  }
+  singlesToBottom<K>(a, b, dst, i);
 }
 
 // ---- SCplx multiply ----------------------------------------------------------
@@ -147,39 +175,53 @@ inline void prefetchBelow(const void* p, int bytes) {
   _mm_prefetch(static_cast<const char*>(p) - bytes, _MM_HINT_T0);
 }
 
+// One block of four samples [i, i+4): dst = a * b, b an array or a scalar.
+template <bool ArrayB, CStore How, bool Prefetch>
+inline void cmulBlock(const SCplx* a, const SCplx* bArray, __m128 bReS, __m128 bImS, SCplx* dst, int i) {
+  __m128 ar, ai, br = bReS, bi = bImS;
+  if constexpr (Prefetch) prefetchBelow(a + i, 64);
+  gather4(a + i, ar, ai);
+  if constexpr (ArrayB) {
+    if constexpr (Prefetch) prefetchBelow(bArray + i, 64);
+    gather4(bArray + i, br, bi);
+  }
+  if constexpr (How == CStore::Stream) prefetchBelow(dst + i, 32);
+  const __m128 re = _mm_sub_ps(_mm_mul_ps(ar, br), _mm_mul_ps(ai, bi));
+  const __m128 im = _mm_add_ps(_mm_mul_ps(ar, bi), _mm_mul_ps(ai, br));
+  scatter4(dst + i, re, im, How);
+}
+
+template <bool ArrayB>
+void cmulRun(const SCplx* a, const SCplx* bArray, SCplx bVal, SCplx* dst, int n, bool streamOk) {
+  const __m128 bReS = _mm_set1_ps(bVal.re);
+  const __m128 bImS = _mm_set1_ps(bVal.im);
+  int i = n;
+  // From 512 remaining samples: prefetching, and streaming stores when
+  // allowed and dst is aligned at the blocks (fixed as i steps by four).
+  if (i >= 512) {
+    if (streamOk && aligned16(dst + i)) {
+      for (; i >= 512; i -= 4) cmulBlock<ArrayB, CStore::Stream, true>(a, bArray, bReS, bImS, dst, i - 4);
+      _mm_sfence();
+    } else {
+      for (; i >= 512; i -= 4) cmulBlock<ArrayB, CStore::Plain, true>(a, bArray, bReS, bImS, dst, i - 4);
+    }
+  }
+  for (; i >= 4; i -= 4) cmulBlock<ArrayB, CStore::Plain, false>(a, bArray, bReS, bImS, dst, i - 4);
+  while (i > 0) {
+    --i;
+    dst[i] = cmul(a[i], ArrayB ? bArray[i] : bVal);
+  }
+}
+
 // dst = a * b, four samples per block from the top; b is either an array
 // or, when bArray is null, the scalar bVal. `streamOk` allows streaming
 // stores (three-array form with dst distinct from a).
 void cmulTopDown(const SCplx* a, const SCplx* bArray, SCplx bVal, SCplx* dst, int n, bool streamOk) {
-  const __m128 bReS = _mm_set1_ps(bVal.re);
-  const __m128 bImS = _mm_set1_ps(bVal.im);
-  int i = n;
-  bool streamed = false;
-  while (i >= 4) {
-    const bool large = i >= 512;
-    i -= 4;
-    __m128 ar, ai, br = bReS, bi = bImS;
-    if (large) prefetchBelow(a + i, 64);
-    gather4(a + i, ar, ai);
-    if (bArray != nullptr) {
-      if (large) prefetchBelow(bArray + i, 64);
-      gather4(bArray + i, br, bi);
-    }
-    const __m128 re = _mm_sub_ps(_mm_mul_ps(ar, br), _mm_mul_ps(ai, bi));
-    const __m128 im = _mm_add_ps(_mm_mul_ps(ar, bi), _mm_mul_ps(ai, br));
-    CStore how = CStore::Plain;
-    if (large && streamOk && aligned16(dst + i + 4)) {
-      prefetchBelow(dst + i, 32);
-      how = CStore::Stream;
-      streamed = true;
-    }
-    scatter4(dst + i, re, im, how);
+  if (bArray != nullptr) {
+    cmulRun<true>(a, bArray, bVal, dst, n, streamOk);
+  } else {
+    cmulRun<false>(a, nullptr, bVal, dst, n, streamOk);
   }
-  while (i > 0) {
-    --i;
-    dst[i] = cmul(a[i], bArray != nullptr ? bArray[i] : bVal);
-  }
-  if (streamed) _mm_sfence();
 }
 
 float* floats(SCplx* p) { return reinterpret_cast<float*>(p); }
