@@ -105,10 +105,10 @@ std::vector<LCplx> widenSplit(const T* re, const T* im, std::size_t n) {
   return v;
 }
 
-// The exact transform of the given samples: the naive sum up to order 10,
+// The exact transform of the given samples: the naive sum up to order 9,
 // the long-double FFT above.
 inline std::vector<LCplx> exactTransform(const std::vector<LCplx>& x, int sign) {
-  return x.size() <= 1024 ? naiveDft(x, sign) : referenceFft(x, sign);
+  return x.size() <= 512 ? naiveDft(x, sign) : referenceFft(x, sign);
 }
 
 }  // namespace ryxtest

@@ -1,0 +1,475 @@
+// Tables: bit reversal and twiddle routines against direct computations
+// (bits reversed one by one, cosl/sinl in long double, the truncation and
+// rounding rules written out), the reversal pair list against its defining
+// rule, the engine tables against the twiddles they stand for, the cache
+// and list rules, scratch slots, and the argument checks.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <set>
+#include <vector>
+
+#include "fft_reference.h"
+#include "frame/thread_context.h"
+#include "test_support.h"
+#include "transform/fft_internal.h"
+
+namespace {
+
+using namespace ryxtest;
+
+TEST(BitRev, ScalarAgainstBitByBitReversal) {
+  ReportCapture capture;
+  Random rng(3);
+  for (int order = 0; order <= 31; ++order) {
+    for (int t = 0; t < 20; ++t) {
+      const std::uint32_t a = rng.bits();
+      const std::uint32_t mask = order == 32 ? ~0u : static_cast<std::uint32_t>((std::uint64_t{1} << order) - 1);
+      EXPECT_EQ(static_cast<std::uint32_t>(ryxBitRev(static_cast<int>(a), order)), reverseBits(a & mask, order));
+    }
+  }
+  EXPECT_EQ(ryxBitRev(12345, 0), 0);
+  EXPECT_EQ(ryxBitRev(1, 31), 1 << 30);
+  EXPECT_TRUE(capture.reports().empty());
+}
+
+TEST(BitRev, TableAgainstBitByBitReversal) {
+  ReportCapture capture;
+  for (int order = 0; order <= 14; ++order) {
+    const int n = 1 << order;
+    std::vector<int> tbl(n + 1, -7);
+    ryxCalcBitRevTbl(tbl.data(), order);
+    for (int i = 0; i < n; ++i) ASSERT_EQ(tbl[i], static_cast<int>(reverseBits(i, order))) << order << " " << i;
+    EXPECT_EQ(tbl[n], -7);
+    int* cached = ryxGetBitRevTbl(order);
+    ASSERT_NE(cached, nullptr);
+    EXPECT_EQ(ryxGetBitRevTbl(order), cached);
+    EXPECT_EQ(std::memcmp(cached, tbl.data(), sizeof(int) * n), 0);
+  }
+  ryxFreeBitRevTbls();
+  RyxThreadContext* ctx = ryxGetThreadContext();
+  for (int o = 0; o < 32; ++o) EXPECT_EQ(ctx->bitRevTbl[o], nullptr);
+  EXPECT_TRUE(capture.reports().empty());
+}
+
+// A negative stored status makes the scalar and Get routines return 0 or
+// null without doing anything, until it is cleared.
+TEST(BitRev, StoredFailureStopsGetRoutines) {
+  ReportCapture capture;
+  ryxFreeBitRevTbls();
+  ryxSetErrStatus(RYX_StsBadArg);
+  EXPECT_EQ(ryxGetBitRevTbl(5), nullptr);
+  EXPECT_EQ(ryxGetThreadContext()->bitRevTbl[5], nullptr);
+  EXPECT_EQ(ryxBitRev(1, 3), 0);
+  EXPECT_EQ(ryxcGetFftTwdTbl(3), nullptr);
+  EXPECT_EQ(ryxzGetDftTwdTbl(7), nullptr);
+  EXPECT_TRUE(capture.reports().empty());
+  ryxSetErrStatus(RYX_StsOk);
+  EXPECT_NE(ryxGetBitRevTbl(5), nullptr);
+  EXPECT_EQ(ryxBitRev(1, 3), 4);
+}
+
+// Permutation of every sample type by both routines against the written-out
+// reversal; guards around the arrays stay intact; the source of the copying
+// form is untouched.
+template <class T>
+void checkPermutations(void (*rev1)(T*, int), void (*rev2)(const T*, T*, int)) {
+  ReportCapture capture;
+  Random rng(sizeof(T));
+  for (int order = 0; order <= 13; ++order) {
+    const int n = 1 << order;
+    std::vector<T> src(n);
+    for (int i = 0; i < n; ++i) {
+      unsigned char* p = reinterpret_cast<unsigned char*>(&src[i]);
+      for (std::size_t b = 0; b < sizeof(T); ++b) p[b] = static_cast<unsigned char>(rng.bits());
+    }
+    std::vector<T> want(n);
+    for (int i = 0; i < n; ++i) want[reverseBits(i, order)] = src[i];
+    Guarded<T> inPlace(n, 4);
+    std::memcpy(inPlace.data(), src.data(), sizeof(T) * n);
+    rev1(inPlace.data(), order);
+    EXPECT_TRUE(sameBits(inPlace.data(), want.data(), n)) << "order " << order;
+    EXPECT_TRUE(inPlace.intact());
+    Guarded<T> out(n, 8);
+    const std::vector<T> keep = src;
+    rev2(src.data(), out.data(), order);
+    EXPECT_TRUE(sameBits(out.data(), want.data(), n)) << "order " << order;
+    EXPECT_TRUE(out.intact());
+    EXPECT_TRUE(sameBits(src.data(), keep.data(), n));
+  }
+  EXPECT_TRUE(capture.reports().empty());
+}
+
+struct Q16 {
+  std::uint64_t a, b;
+};
+
+TEST(BitRev, PermutationsOfEverySampleType) {
+  checkPermutations<short>(ryxwbBitRev1, ryxwbBitRev2);
+  checkPermutations<WCplx>(ryxvbBitRev1, ryxvbBitRev2);
+  checkPermutations<float>(ryxsbBitRev1, ryxsbBitRev2);
+  checkPermutations<SCplx>(ryxcbBitRev1, ryxcbBitRev2);
+  checkPermutations<double>(ryxdbBitRev1, ryxdbBitRev2);
+  checkPermutations<DCplx>(ryxzbBitRev1, ryxzbBitRev2);
+}
+
+// The pair list: pairs (4i, 4j) with j the reversal of i over order-2 bits
+// and i < j, then a zero, then the self-reversed parts in descending order,
+// then a zero at word Q; each middle part appears once.
+TEST(RevPairs, ListFollowsItsDefiningRule) {
+  for (int order = 2; order <= 16; ++order) {
+    const std::uint32_t q = (1u << order) / 4;
+    const std::uint32_t* list = ownGetRevPairs(order);
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(ownGetRevPairs(order), list);
+    std::set<std::uint32_t> seen;
+    std::uint32_t w = 0;
+    for (; list[w] != 0; w += 2) {
+      const std::uint32_t i = list[w] / 4, j = list[w + 1] / 4;
+      EXPECT_EQ(list[w] % 4, 0u);
+      EXPECT_LT(i, j);
+      EXPECT_EQ(j, reverseBits(i, order - 2));
+      seen.insert(i);
+      seen.insert(j);
+    }
+    std::uint32_t prev = q;
+    for (++w; w < q; ++w) {
+      const std::uint32_t i = list[w] / 4;
+      EXPECT_EQ(reverseBits(i, order - 2), i);
+      EXPECT_LT(i, prev);
+      prev = i;
+      seen.insert(i);
+    }
+    EXPECT_EQ(list[q], 0u);
+    seen.insert(0);
+    EXPECT_EQ(seen.size(), q) << "order " << order;
+  }
+  const std::uint32_t* two = ownGetRevPairs(2);
+  EXPECT_EQ(two[0], 0u);
+  EXPECT_EQ(two[1], 0u);
+  EXPECT_NE(ownGetRevPairs(0), nullptr);
+  EXPECT_EQ(ownGetRevPairs(32), nullptr);
+  ownFreeRevPairs(5);
+  EXPECT_EQ(ryxGetThreadContext()->bitRevPairs[5], nullptr);
+}
+
+// |got - exact| within half an ulp of the element type plus the double
+// rounding of the angle.
+template <class T>
+void expectNear(T got, long double exact) {
+  EXPECT_LE(fabsl(got - exact), std::numeric_limits<T>::epsilon() * 0.5L * fabsl(exact) + 1e-15L) << exact;
+}
+
+TEST(Twiddles, FftAndDftTablesAgainstDirectValues) {
+  ReportCapture capture;
+  for (int order = 0; order <= 12; ++order) {
+    const int n = 1 << order;
+    std::vector<SCplx> c(n);
+    std::vector<DCplx> z(n);
+    std::vector<WCplx> v(n);
+    ryxcCalcFftTwdTbl(c.data(), order);
+    ryxzCalcFftTwdTbl(z.data(), order);
+    ryxvCalcFftTwdTbl(v.data(), order);
+    for (int k = 0; k < n; ++k) {
+      const LCplx w = unitRoot(k, n, -1);
+      expectNear(c[k].re, w.real());
+      expectNear(c[k].im, w.imag());
+      expectNear(z[k].re, w.real());
+      expectNear(z[k].im, w.imag());
+      // Truncation toward zero of 16384 cos and -16384 sin.
+      for (auto [got, exact] : {std::pair{v[k].re, 16384 * w.real()}, std::pair{v[k].im, 16384 * w.imag()}}) {
+        EXPECT_LE(fabsl(got), fabsl(exact) + 1e-9L);
+        EXPECT_GT(fabsl(got) + 1, fabsl(exact) - 1e-9L);
+        if (got != 0) EXPECT_EQ(got > 0, exact > 0);
+      }
+    }
+    EXPECT_EQ(c[0].re, 1.0f);
+    EXPECT_TRUE(std::signbit(c[0].im));
+    EXPECT_TRUE(std::signbit(z[0].im));
+    EXPECT_EQ(v[0].re, 16384);
+    EXPECT_EQ(v[0].im, 0);
+    SCplx* cached = ryxcGetFftTwdTbl(order);
+    ASSERT_NE(cached, nullptr);
+    EXPECT_EQ(ryxcGetFftTwdTbl(order), cached);
+    EXPECT_TRUE(sameBits(cached, c.data(), n));
+    EXPECT_TRUE(sameBits(ryxzGetFftTwdTbl(order), z.data(), n));
+    EXPECT_TRUE(sameBits(ryxvGetFftTwdTbl(order), v.data(), n));
+  }
+  for (int len : {1, 3, 5, 12, 100, 170}) {
+    std::vector<SCplx> c(len);
+    std::vector<DCplx> z(len);
+    std::vector<WCplx> v(len);
+    ryxcCalcDftTwdTbl(c.data(), len);
+    ryxzCalcDftTwdTbl(z.data(), len);
+    ryxvCalcDftTwdTbl(v.data(), len);
+    for (int k = 0; k < len; ++k) {
+      const LCplx w = unitRoot(k, len, -1);
+      expectNear(c[k].re, w.real());
+      expectNear(c[k].im, w.imag());
+      expectNear(z[k].re, w.real());
+      expectNear(z[k].im, w.imag());
+      EXPECT_LE(std::abs(v[k].re - 16384 * w.real()), 1.0L);
+      EXPECT_LE(std::abs(v[k].im - 16384 * w.imag()), 1.0L);
+    }
+    EXPECT_TRUE(sameBits(ryxcGetDftTwdTbl(len), c.data(), len));
+    EXPECT_TRUE(sameBits(ryxzGetDftTwdTbl(len), z.data(), len));
+    EXPECT_TRUE(sameBits(ryxvGetDftTwdTbl(len), v.data(), len));
+  }
+  ryxcFreeTwdTbls();
+  ryxzFreeTwdTbls();
+  ryxvFreeTwdTbls();
+  RyxThreadContext* ctx = ryxGetThreadContext();
+  EXPECT_EQ(ctx->cDftTblCount, 0);
+  EXPECT_EQ(ctx->zDftTblCount, 0);
+  EXPECT_EQ(ctx->vDftTblCount, 0);
+  for (int o = 0; o < 32; ++o) EXPECT_EQ(ctx->cFftTwd[o], nullptr);
+  EXPECT_TRUE(capture.reports().empty());
+}
+
+// The DFT list holds 32 lengths: the 33rd distinct one fails with "Full
+// Table", a length already listed is still found.
+TEST(Twiddles, DftListCapacity) {
+  ReportCapture capture;
+  ryxcFreeTwdTbls();
+  std::vector<SCplx*> tables;
+  for (int len = 1; len <= 32; ++len) tables.push_back(ryxcGetDftTwdTbl(len));
+  for (SCplx* t : tables) EXPECT_NE(t, nullptr);
+  EXPECT_EQ(ryxGetThreadContext()->cDftTblCount, 32);
+  EXPECT_TRUE(capture.reports().empty());
+  EXPECT_EQ(ryxcGetDftTwdTbl(33), nullptr);
+  ASSERT_EQ(capture.reports().size(), 1u);
+  EXPECT_EQ(capture.reports()[0].status, RYX_StsNoMem);
+  EXPECT_EQ(capture.reports()[0].context, "Full Table");
+  EXPECT_EQ(capture.reports()[0].funcName, "ryxcGetDftTwdTbl");
+  EXPECT_EQ(capture.reports()[0].file, "ryxtwd");
+  capture.clear();
+  EXPECT_EQ(ryxcGetDftTwdTbl(17), tables[16]);
+  ryxcFreeTwdTbls();
+  EXPECT_EQ(ryxGetThreadContext()->cDftTblCount, 0);
+}
+
+// Argument checks of the table and reversal routines, in order, with their
+// texts; nothing written.
+TEST(Tables, ArgumentChecks) {
+  struct Case {
+    std::function<void()> call;
+    const char* name;
+    const char* file;
+    const char* context;
+  };
+  int tbl[4] = {9, 9, 9, 9};
+  SCplx c[4];
+  float f[4];
+  const std::vector<Case> cases = {
+      {[] { ryxBitRev(1, -1); }, "ryxBitRev", "ryxmisc", "order<0"},
+      {[] { ryxBitRev(1, 32); }, "ryxBitRev", "ryxmisc", "order>31"},
+      {[&] { ryxCalcBitRevTbl(tbl, -3); }, "ryxCalcBitRevTbl", "ryxmisc", "order<0"},
+      {[] { ryxCalcBitRevTbl(nullptr, 40); }, "ryxCalcBitRevTbl", "ryxmisc", "order>31"},
+      {[] { ryxCalcBitRevTbl(nullptr, 2); }, "ryxCalcBitRevTbl", "ryxmisc", "tbl==0"},
+      {[] { ryxGetBitRevTbl(32); }, "ryxGetBitRevTbl", "ryxmisc", "order>31"},
+      {[] { ryxsbBitRev1(nullptr, 3); }, "ryxsbBitRev1", "ryxmisc", "vec==0"},
+      {[] { ryxzbBitRev1(nullptr, -1); }, "ryxzbBitRev1", "ryxmisc", "order<0"},
+      {[&] { ryxcbBitRev2(nullptr, c, 2); }, "ryxcbBitRev2", "ryxmisc", "src==0"},
+      {[&] { ryxwbBitRev2(reinterpret_cast<short*>(f), nullptr, 2); }, "ryxwbBitRev2", "ryxmisc", "dst==0"},
+      {[&] { ryxvbBitRev2(nullptr, nullptr, 32); }, "ryxvbBitRev2", "ryxmisc", "order>31"},
+      {[] { ryxcCalcFftTwdTbl(nullptr, 3); }, "ryxcCalcFftTwdTbl", "ryxtwd", "tbl==0"},
+      {[] { ryxzCalcFftTwdTbl(nullptr, -1); }, "ryxzCalcFftTwdTbl", "ryxtwd", "order<0"},
+      {[] { ryxvCalcFftTwdTbl(nullptr, 99); }, "ryxvCalcFftTwdTbl", "ryxtwd", "order>31"},
+      {[] { ryxcGetFftTwdTbl(-2); }, "ryxcGetFftTwdTbl", "ryxtwd", "order<0"},
+      {[] { ryxvGetFftTwdTbl(32); }, "ryxvGetFftTwdTbl", "ryxtwd", "order>31"},
+      {[] { ryxzCalcDftTwdTbl(nullptr, 0); }, "ryxzCalcDftTwdTbl", "ryxtwd", "length<=0"},
+      {[] { ryxvCalcDftTwdTbl(nullptr, 5); }, "ryxvCalcDftTwdTbl", "ryxtwd", "tbl==0"},
+      {[] { ryxcCalcDftTwdTbl(nullptr, -5); }, "ryxcCalcDftTwdTbl", "ryxtwd", "length<=0"},
+      {[] { ryxzGetDftTwdTbl(0); }, "ryxzGetDftTwdTbl", "ryxtwd", "length<=0"},
+  };
+  for (const Case& k : cases) {
+    ReportCapture capture;
+    k.call();
+    ASSERT_EQ(capture.reports().size(), 1u) << k.name << " " << k.context;
+    const Report& r = capture.reports()[0];
+    EXPECT_EQ(r.status, RYX_StsBadArg);
+    EXPECT_EQ(r.funcName, k.name);
+    EXPECT_EQ(r.file, k.file);
+    EXPECT_EQ(r.context, k.context);
+    EXPECT_EQ(ryxGetErrStatus(), RYX_StsBadArg);
+  }
+  for (int v : tbl) EXPECT_EQ(v, 9);
+}
+
+// Engine tables against the twiddles they stand for. The quarter-wave
+// table ends at exactly 1; each radix-table group holds the six rows
+// re/im of W_M^k, W_M^2k, W_M^3k for G consecutive k, stage after stage.
+template <class T, int G>
+void checkRadixTable(int order, const T* tbl) {
+  const std::uint64_t n = std::uint64_t{1} << order;
+  const T* g = tbl;
+  for (int s = 4 + (order & 1); s <= order; s += 2) {
+    const std::uint64_t m = std::uint64_t{1} << s;
+    for (std::uint64_t k0 = 0; k0 < m / 4; k0 += G, g += 6 * G) {
+      for (int l = 0; l < G; ++l) {
+        for (int p = 1; p <= 3; ++p) {
+          const LCplx w = unitRoot((k0 + l) * p, m, -1);
+          expectNear(g[(2 * p - 2) * G + l], w.real());
+          expectNear(g[(2 * p - 1) * G + l], w.imag());
+        }
+      }
+    }
+  }
+  (void)n;
+}
+
+TEST(EngineTables, SineQuarterRadixAndBlockTables) {
+  for (int order = 0; order <= 16; ++order) {
+    float* s = ownsSineQuarter(order);
+    double* d = owndSineQuarter(order);
+    ASSERT_NE(s, nullptr);
+    const std::uint64_t q = (std::uint64_t{1} << order) / 4;
+    for (std::uint64_t j = 0; j <= q; ++j) {
+      const LCplx w = unitRoot(j, std::uint64_t{1} << order, 1);
+      expectNear(s[j], w.imag());
+      expectNear(d[j], w.imag());
+    }
+    if (order >= 2) {
+      EXPECT_EQ(s[q], 1.0f);
+      EXPECT_EQ(d[q], 1.0);
+    }
+    ryxFree(s);
+    ryxFree(d);
+  }
+  for (int order = 0; order <= 14; ++order) {
+    const float* t = ownsGetFftRadixTwd(order);
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(ownsGetFftRadixTwd(order), t);
+    checkRadixTable<float, 4>(order, t);
+  }
+  for (int order = 0; order <= 12; ++order) {
+    const double* t = owndGetFftRadixTwd(order);
+    ASSERT_NE(t, nullptr);
+    checkRadixTable<double, 2>(order, t);
+  }
+  // Above the kernel limit: the block table (W_N^k for k < N/4, then W_C^j
+  // for j < C/4 when N exceeds C), with the limit order's radix table.
+  RyxThreadContext* ctx = ryxGetThreadContext();
+  for (int order : {15, 16}) {
+    const float* b = ownsGetFftRadixTwd(order);
+    ASSERT_NE(b, nullptr);
+    EXPECT_EQ(b, ctx->sFftBlockTwd[order]);
+    EXPECT_EQ(ctx->sFftRadixTwd[order], nullptr);
+    EXPECT_NE(ctx->sFftRadixTwd[14], nullptr);
+    const std::uint64_t n = std::uint64_t{1} << order;
+    for (std::uint64_t k = 0; k < n / 4; k += 37) {
+      const LCplx w = unitRoot(k, n, -1);
+      expectNear(b[2 * k], w.real());
+      expectNear(b[2 * k + 1], w.imag());
+    }
+    if (n > 32768) {
+      for (std::uint64_t j = 0; j < 8192; j += 11) {
+        const LCplx w = unitRoot(j, 32768, -1);
+        expectNear(b[n / 2 + 2 * j], w.real());
+        expectNear(b[n / 2 + 2 * j + 1], w.imag());
+      }
+    }
+  }
+  const double* db = owndGetFftRadixTwd(14);
+  ASSERT_NE(db, nullptr);
+  for (std::uint64_t j = 0; j < 2048; j += 7) {
+    const LCplx w = unitRoot(j, 8192, -1);
+    expectNear(db[4096 * 2 + 2 * j], w.real());
+  }
+  ownsFreeFftRadixTwd(16);
+  EXPECT_EQ(ctx->sFftBlockTwd[16], nullptr);
+  EXPECT_EQ(ctx->sFftRadixTwd[14], nullptr);
+  EXPECT_NE(ctx->sFftBlockTwd[15], nullptr);
+  ownsFreeFftTbls();
+  owndFreeFftTbls();
+  for (int o = 0; o < 32; ++o) {
+    EXPECT_EQ(ctx->sFftBlockTwd[o], nullptr);
+    EXPECT_EQ(ctx->dFftRadixTwd[o], nullptr);
+    EXPECT_EQ(ctx->bitRevPairs[o], nullptr);
+  }
+}
+
+// Recombination tables: A_k, B_k = cos/2 and (1 - sin)/2 (real) or cos and
+// -sin (CCS) of 2*pi*k/N; float above N = 8 in groups of four A then four B.
+template <class T, bool Real>
+void checkRecombination(int order, const T* tbl) {
+  const std::uint64_t n = std::uint64_t{1} << order;
+  for (std::uint64_t k = 1; k <= n / 4 && k >= 1; ++k) {
+    const long double a = Real ? 0.5L * cosl(2 * kPiL * k / n) : cosl(2 * kPiL * k / n);
+    const long double b = Real ? 0.5L - 0.5L * sinl(2 * kPiL * k / n) : -sinl(2 * kPiL * k / n);
+    T ga, gb;
+    if (sizeof(T) == 4 && n > 8) {
+      ga = tbl[8 * ((k - 1) / 4) + (k - 1) % 4];
+      gb = tbl[8 * ((k - 1) / 4) + 4 + (k - 1) % 4];
+    } else {
+      if (k >= n / 4) break;
+      ga = tbl[2 * k];
+      gb = tbl[2 * k + 1];
+    }
+    EXPECT_LE(fabsl(ga - a), 2 * std::numeric_limits<T>::epsilon()) << order << " " << k;
+    EXPECT_LE(fabsl(gb - b), 2 * std::numeric_limits<T>::epsilon()) << order << " " << k;
+  }
+}
+
+TEST(EngineTables, RecombinationAndQ14Tables) {
+  for (int order = 2; order <= 14; ++order) {
+    checkRecombination<float, true>(order, ownsGetRealTwd(order));
+    checkRecombination<float, false>(order, ownsGetCcsTwd(order));
+    checkRecombination<double, true>(order, owndGetRealTwd(order));
+    checkRecombination<double, false>(order, owndGetCcsTwd(order));
+  }
+  for (int order = 0; order <= 10; ++order) {
+    const short* w = ownwGetFftTwd(order);
+    ASSERT_NE(w, nullptr);
+    const int n = 1 << order;
+    for (int k = 0; k < n; ++k) {
+      // Rounded half away from zero, unlike the truncated public table.
+      const long double c = 16384 * cosl(2 * kPiL * k / n), s = 16384 * sinl(2 * kPiL * k / n);
+      EXPECT_LE(fabsl(w[4 * k] - c), 0.5L + 1e-9L);
+      EXPECT_LE(fabsl(w[4 * k + 1] - s), 0.5L + 1e-9L);
+      EXPECT_EQ(w[4 * k + 2], -w[4 * k + 1]);
+      EXPECT_EQ(w[4 * k + 3], w[4 * k]);
+    }
+  }
+  const short* w0 = ownwGetFftTwd(0);
+  EXPECT_EQ(w0[0], 16384);
+  EXPECT_EQ(w0[1], 0);
+  EXPECT_EQ(w0[3], 16384);
+  ownwFreeFftTbls();
+  EXPECT_EQ(ryxGetThreadContext()->wRealTwd[0], nullptr);
+}
+
+TEST(Scratch, SlotsGrowAndKeepTheirBuffer) {
+  ownFreeScratchZ();
+  SCplx* a = ownGetScratchZ(100, 1);
+  ASSERT_NE(a, nullptr);
+  a[5] = {1.5f, 2.5f};
+  EXPECT_EQ(ownGetScratchZ(50, 1), a);
+  EXPECT_EQ(a[5].re, 1.5f);
+  EXPECT_EQ(ryxGetThreadContext()->scratchZLen[1], 100);
+  SCplx* b = ownGetScratchZ(1000, 1);
+  ASSERT_NE(b, nullptr);
+  EXPECT_EQ(ryxGetThreadContext()->scratchZLen[1], 1000);
+  EXPECT_EQ(ownGetScratchZ(0, 1), nullptr);
+  EXPECT_EQ(ownGetScratchZ(10, 4), nullptr);
+  EXPECT_EQ(ownGetScratchZ(10, -1), nullptr);
+  EXPECT_NE(ownGetScratchI(10, 1), nullptr);
+  EXPECT_NE(ownGetScratchC(10, 1), nullptr);
+  ownFreeScratchZSlot(1);
+  EXPECT_EQ(ryxGetThreadContext()->scratchZ[1], nullptr);
+  EXPECT_EQ(ryxGetThreadContext()->scratchZLen[1], 0);
+  ownFreeScratchZSlot(7);
+  ownFreeScratchI();
+  ownFreeScratchC();
+  EXPECT_EQ(ryxGetThreadContext()->scratchI[1], nullptr);
+  // A failed growth leaves length and pointer at zero.
+  ryx::fft::setBlockLimitForTest(64);
+  EXPECT_EQ(ownGetScratchZ(1000, 2), nullptr);
+  EXPECT_EQ(ryxGetThreadContext()->scratchZ[2], nullptr);
+  EXPECT_EQ(ryxGetThreadContext()->scratchZLen[2], 0);
+  ryx::fft::setBlockLimitForTest(0);
+}
+
+}  // namespace
