@@ -81,7 +81,8 @@ std::vector<T> toPerm(const std::vector<T>& ccs, int n) {
 template <class T>
 std::vector<LCplx> halfSpectrum(const std::vector<T>& ccs, int n) {
   std::vector<LCplx> v(n / 2 + 1);
-  for (int k = 0; k <= n / 2; ++k) v[k] = {static_cast<long double>(ccs[2 * k]), static_cast<long double>(ccs[2 * k + 1])};
+  for (int k = 0; k <= n / 2; ++k)
+    v[k] = {static_cast<long double>(ccs[2 * k]), static_cast<long double>(ccs[2 * k + 1])};
   return v;
 }
 
@@ -97,12 +98,16 @@ void checkRealOrder(int order) {
   std::vector<LCplx> xl(n);
   for (int i = 0; i < n; ++i) xl[i] = x[i];
   const long double bound = errorBound<T>(order);
+  // For real input the positive-exponent spectrum is the conjugate of the
+  // forward one.
+  const std::vector<LCplx> spectrum = exactTransform(xl, -1);
 
   for (int dir : {+RYX_Forward, +RYX_Inverse, RYX_Inverse | RYX_KeepScale}) {
     SCOPED_TRACE(testing::Message() << "flags " << dir);
     const int sign = dir & RYX_Forward ? -1 : 1;
-    std::vector<LCplx> ref = exactTransform(xl, sign);
-    ref.resize(n / 2 + 1);
+    std::vector<LCplx> ref(spectrum.begin(), spectrum.begin() + n / 2 + 1);
+    if (sign > 0)
+      for (auto& v : ref) v = std::conj(v);
     if ((dir & RYX_Inverse) && !(dir & RYX_KeepScale))
       for (auto& v : ref) v /= static_cast<long double>(n);
 
@@ -135,23 +140,28 @@ void checkRealOrder(int order) {
     EXPECT_TRUE(gp.intact());
 
     // CCS: the real sum over the conjugate-symmetric extension of the
-    // spectrum just computed, exponent by direction, 1/N for the inverse.
-    std::vector<LCplx> full(n);
-    for (int k = 0; k < n; ++k) {
-      if (k <= n / 2) full[k] = {static_cast<long double>(ccs[2 * k]), static_cast<long double>(ccs[2 * k + 1])};
-      else full[k] = std::conj(full[n - k]);
-    }
-    full[0].imag(0);
-    full[n / 2].imag(0);
-    std::vector<LCplx> back = exactTransform(full, sign);
-    if ((dir & RYX_Inverse) && !(dir & RYX_KeepScale))
-      for (auto& v : back) v /= static_cast<long double>(n);
-    for (auto& v : back) v.imag(0);
+    // spectrum just computed, exponent by direction, 1/N for the inverse
+    // (up to order 16; above, the round trip below covers it).
     std::vector<T> c = ccs;
     A::ccs(c.data(), order, dir);
-    std::vector<LCplx> got(n);
-    for (int i = 0; i < n; ++i) got[i] = c[i];
-    EXPECT_LE(relativeError(got, back), 2 * bound);
+    if (order <= 16) {
+      std::vector<LCplx> full(n);
+      for (int k = 0; k < n; ++k) {
+        if (k <= n / 2)
+          full[k] = {static_cast<long double>(ccs[2 * k]), static_cast<long double>(ccs[2 * k + 1])};
+        else
+          full[k] = std::conj(full[n - k]);
+      }
+      full[0].imag(0);
+      full[n / 2].imag(0);
+      std::vector<LCplx> back = exactTransform(full, sign);
+      if ((dir & RYX_Inverse) && !(dir & RYX_KeepScale))
+        for (auto& v : back) v /= static_cast<long double>(n);
+      for (auto& v : back) v.imag(0);
+      std::vector<LCplx> got(n);
+      for (int i = 0; i < n; ++i) got[i] = c[i];
+      EXPECT_LE(relativeError(got, back), 2 * bound);
+    }
     std::vector<T> cn(n);
     A::ccsNip(ccs.data(), cn.data(), order, dir);
     EXPECT_TRUE(sameBits(cn.data(), c.data(), n));
@@ -314,8 +324,10 @@ TEST(PackedProducts, CircularConvolutionThroughPackedSpectra) {
     const int in = fmt ? RYX_RCPermIn : RYX_RCPackIn;
     ryxdRealFftl(fx.data(), order, RYX_Forward | out);
     ryxdRealFftl(fh.data(), order, RYX_Forward | out);
-    if (fmt) ryxdMpyRCPerm2(fh.data(), fx.data(), order);
-    else ryxdMpyRCPack2(fh.data(), fx.data(), order);
+    if (fmt)
+      ryxdMpyRCPerm2(fh.data(), fx.data(), order);
+    else
+      ryxdMpyRCPack2(fh.data(), fx.data(), order);
     ryxdCcsFftl(fx.data(), order, RYX_Inverse | in);
     for (int k = 0; k < n; ++k) {
       long double want = 0, mag = 0;
