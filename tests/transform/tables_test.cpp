@@ -182,7 +182,9 @@ TEST(Twiddles, FftAndDftTablesAgainstDirectValues) {
       for (auto [got, exact] : {std::pair{v[k].re, 16384 * w.real()}, std::pair{v[k].im, 16384 * w.imag()}}) {
         EXPECT_LE(fabsl(got), fabsl(exact) + 1e-9L);
         EXPECT_GT(fabsl(got) + 1, fabsl(exact) - 1e-9L);
-        if (got != 0) EXPECT_EQ(got > 0, exact > 0);
+        if (got != 0) {
+          EXPECT_EQ(got > 0, exact > 0);
+        }
       }
     }
     EXPECT_EQ(c[0].re, 1.0f);

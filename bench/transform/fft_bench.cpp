@@ -1,0 +1,140 @@
+// Complex and real FFT against FFTW 3: ryxcFft and ryxzFft in place,
+// forward, at even orders 4..20, and ryxsRealFftl (RCPerm) at orders 6, 10,
+// 14, 18 beside FFTW's in-place r2c. FFTW plans are made with FFTW_MEASURE
+// outside the timing; both libraries work on 32-byte aligned arrays from
+// their own allocators. FFTW is linked into this program only.
+//   bench/transform/setup.sh
+//   cmake -S . -B build/fft/bench -DRYX_BENCH=ON -DRYX_TESTS=OFF -DRYX_EXAMPLES=OFF
+//   cmake --build build/fft/bench --target bench_transform -j2
+//   build/fft/bench/bench_transform --benchmark_repetitions=5 --benchmark_format=json > run.json
+//   bench/ratios.py run.json
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+
+#include "ryxcore.h"
+
+#if defined(RYX_HAVE_FFTW)
+#include <fftw3.h>
+#endif
+
+namespace {
+
+template <class T>
+void fillSignal(T* p, int count) {
+  for (int i = 0; i < count; ++i) p[i] = static_cast<T>(((i * 7919) % 1000) * 0.001 - 0.5);
+}
+
+// The customary 5 N log2 N flop count, per microsecond.
+void setCounters(benchmark::State& state, int order) {
+  const double n = static_cast<double>(1 << order);
+  state.counters["MFLOPS"] =
+      benchmark::Counter(5.0 * n * order * static_cast<double>(state.iterations()) / 1e6, benchmark::Counter::kIsRate);
+}
+
+void cFftRyx(benchmark::State& state) {
+  const int order = static_cast<int>(state.range(0));
+  const int n = 1 << order;
+  SCplx* x = ryxcMalloc(n);
+  fillSignal(reinterpret_cast<float*>(x), 2 * n);
+  ryxcFft(nullptr, order, RYX_Init);
+  for (auto _ : state) {
+    ryxcFft(x, order, RYX_Forward);
+    benchmark::DoNotOptimize(x);
+  }
+  setCounters(state, order);
+  ryxFree(x);
+}
+
+void zFftRyx(benchmark::State& state) {
+  const int order = static_cast<int>(state.range(0));
+  const int n = 1 << order;
+  DCplx* x = ryxzMalloc(n);
+  fillSignal(reinterpret_cast<double*>(x), 2 * n);
+  ryxzFft(nullptr, order, RYX_Init);
+  for (auto _ : state) {
+    ryxzFft(x, order, RYX_Forward);
+    benchmark::DoNotOptimize(x);
+  }
+  setCounters(state, order);
+  ryxFree(x);
+}
+
+void sRealRyx(benchmark::State& state) {
+  const int order = static_cast<int>(state.range(0));
+  const int n = 1 << order;
+  float* x = ryxsMalloc(n);
+  fillSignal(x, n);
+  ryxsRealFftl(nullptr, order, RYX_Init);
+  for (auto _ : state) {
+    ryxsRealFftl(x, order, RYX_Forward | RYX_RCPermOut);
+    benchmark::DoNotOptimize(x);
+  }
+  ryxFree(x);
+}
+
+#if defined(RYX_HAVE_FFTW)
+void cFftFftw(benchmark::State& state) {
+  const int order = static_cast<int>(state.range(0));
+  const int n = 1 << order;
+  auto* x = static_cast<fftwf_complex*>(fftwf_malloc(sizeof(fftwf_complex) * n));
+  fftwf_plan p = fftwf_plan_dft_1d(n, x, x, FFTW_FORWARD, FFTW_MEASURE);
+  fillSignal(reinterpret_cast<float*>(x), 2 * n);
+  for (auto _ : state) {
+    fftwf_execute(p);
+    benchmark::DoNotOptimize(x);
+  }
+  setCounters(state, order);
+  fftwf_destroy_plan(p);
+  fftwf_free(x);
+}
+
+void zFftFftw(benchmark::State& state) {
+  const int order = static_cast<int>(state.range(0));
+  const int n = 1 << order;
+  auto* x = static_cast<fftw_complex*>(fftw_malloc(sizeof(fftw_complex) * n));
+  fftw_plan p = fftw_plan_dft_1d(n, x, x, FFTW_FORWARD, FFTW_MEASURE);
+  fillSignal(reinterpret_cast<double*>(x), 2 * n);
+  for (auto _ : state) {
+    fftw_execute(p);
+    benchmark::DoNotOptimize(x);
+  }
+  setCounters(state, order);
+  fftw_destroy_plan(p);
+  fftw_free(x);
+}
+
+void sRealFftw(benchmark::State& state) {
+  const int order = static_cast<int>(state.range(0));
+  const int n = 1 << order;
+  auto* x = static_cast<float*>(fftwf_malloc(sizeof(float) * (n + 2)));
+  fftwf_plan p = fftwf_plan_dft_r2c_1d(n, x, reinterpret_cast<fftwf_complex*>(x), FFTW_MEASURE);
+  fillSignal(x, n);
+  for (auto _ : state) {
+    fftwf_execute(p);
+    benchmark::DoNotOptimize(x);
+  }
+  fftwf_destroy_plan(p);
+  fftwf_free(x);
+}
+#endif
+
+void complexOrders(benchmark::internal::Benchmark* b) {
+  for (int o = 4; o <= 20; o += 2) b->Arg(o);
+}
+void realOrders(benchmark::internal::Benchmark* b) {
+  for (int o : {6, 10, 14, 18}) b->Arg(o);
+}
+
+BENCHMARK(cFftRyx)->Name("cFft:ryx")->Apply(complexOrders);
+BENCHMARK(zFftRyx)->Name("zFft:ryx")->Apply(complexOrders);
+BENCHMARK(sRealRyx)->Name("sRealFftlPerm:ryx")->Apply(realOrders);
+#if defined(RYX_HAVE_FFTW)
+BENCHMARK(cFftFftw)->Name("cFft:fftw")->Apply(complexOrders);
+BENCHMARK(zFftFftw)->Name("zFft:fftw")->Apply(complexOrders);
+BENCHMARK(sRealFftw)->Name("sRealFftlPerm:fftw")->Apply(realOrders);
+#endif
+
+}  // namespace
+
+BENCHMARK_MAIN();
