@@ -10,8 +10,53 @@
 
 namespace ryx::fir {
 
+namespace {
+
+// Sixteen outputs a pass: four independent groups of four lanes share each
+// broadcast tap, so the additions of different groups overlap. Every lane
+// sees exactly the operations of the four-output pass below.
+inline void sixteenOutputs(const float* hFirst, int n, const float* x, int xs, float* dst) {
+  __m128 a0 = _mm_setzero_ps(), a1 = a0, a2 = a0, a3 = a0;
+  __m128 b0 = a0, b1 = a0, b2 = a0, b3 = a0;
+  __m128 p0 = a0, p1 = a0, p2 = a0, p3 = a0;
+  int i = 0;
+  if (n & 1) {
+    const __m128 t = _mm_set1_ps(hFirst[0]);
+    b0 = _mm_mul_ps(_mm_loadu_ps(x), t);
+    b1 = _mm_mul_ps(_mm_loadu_ps(x + 4), t);
+    b2 = _mm_mul_ps(_mm_loadu_ps(x + 8), t);
+    b3 = _mm_mul_ps(_mm_loadu_ps(x + 12), t);
+    i = 1;
+  }
+  for (; i < n; i += 2) {
+    const float* xi = x + i * xs;
+    const float* xn = x + (i + 1) * xs;
+    const __m128 t = _mm_set1_ps(hFirst[-i]);
+    const __m128 u = _mm_set1_ps(hFirst[-i - 1]);
+    b0 = _mm_add_ps(b0, p0);
+    b1 = _mm_add_ps(b1, p1);
+    b2 = _mm_add_ps(b2, p2);
+    b3 = _mm_add_ps(b3, p3);
+    a0 = _mm_add_ps(a0, _mm_mul_ps(_mm_loadu_ps(xi), t));
+    a1 = _mm_add_ps(a1, _mm_mul_ps(_mm_loadu_ps(xi + 4), t));
+    a2 = _mm_add_ps(a2, _mm_mul_ps(_mm_loadu_ps(xi + 8), t));
+    a3 = _mm_add_ps(a3, _mm_mul_ps(_mm_loadu_ps(xi + 12), t));
+    p0 = _mm_mul_ps(_mm_loadu_ps(xn), u);
+    p1 = _mm_mul_ps(_mm_loadu_ps(xn + 4), u);
+    p2 = _mm_mul_ps(_mm_loadu_ps(xn + 8), u);
+    p3 = _mm_mul_ps(_mm_loadu_ps(xn + 12), u);
+  }
+  _mm_storeu_ps(dst, _mm_add_ps(a0, _mm_add_ps(b0, p0)));
+  _mm_storeu_ps(dst + 4, _mm_add_ps(a1, _mm_add_ps(b1, p1)));
+  _mm_storeu_ps(dst + 8, _mm_add_ps(a2, _mm_add_ps(b2, p2)));
+  _mm_storeu_ps(dst + 12, _mm_add_ps(a3, _mm_add_ps(b3, p3)));
+}
+
+}  // namespace
+
 int blockKernel(const float* hFirst, int n, const float* x0, int xs, float* dst, int count) {
   int j = 0;
+  for (; j + 16 <= count; j += 16) sixteenOutputs(hFirst, n, x0 + j, xs, dst + j);
   for (; j + 4 <= count; j += 4) {
     const float* x = x0 + j;
     // The read ahead of the next pass starts where this one ends.
