@@ -26,6 +26,7 @@ def main(path):
                 x.get("aggregate_name") == "min" and x.get("run_name") == r.get("run_name") for x in runs):
             continue
         name = r.get("run_name", r["name"])
+        name = "/".join(p for p in name.split("/") if not p.startswith(("repeats:", "min_time:")))
         head, _, args = name.partition("/")
         case, _, who = head.partition(":")
         times[(case, args)][who] = r["real_time"]

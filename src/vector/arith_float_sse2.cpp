@@ -53,6 +53,18 @@ struct Pattern {
   __m128 loadU(int i) const { return loadA(i); }
 };
 
+// The pattern as seen by a run of blocks: blocks step by eight floats, so
+// the parity of their start, and with it the vector, is fixed for the run.
+struct FixedPattern {
+  const Pattern& p;
+  __m128 v;
+  FixedPattern(const Pattern& pattern, int start) : p(pattern), v(start & 1 ? pattern.odd : pattern.even) {}
+  float at(int i) const { return p.at(i); }
+  bool alignedAt(int) const { return true; }
+  __m128 loadA(int) const { return v; }
+  __m128 loadU(int) const { return v; }
+};
+
 // Eight floats [i, i+8) of dst = a op b, with loads and store in the form
 // the block loop chose.
 enum class Form { Aligned, Unaligned, Stream };
@@ -118,8 +130,9 @@ void runInPlace(const Pattern& b, float* dst, int n) {
   const Array a{dst};
   int i = singlesUntilAligned<K>(a, b, dst, n);
   if (i >= 8 && aligned16(dst + i)) {
-    i = blocksDownTo<K, Form::Unaligned>(a, b, dst, i, 4096);
-    i = blocksDownTo<K, Form::Aligned>(a, b, dst, i, 8);
+    const FixedPattern fb(b, i);
+    i = blocksDownTo<K, Form::Unaligned>(a, fb, dst, i, 4096);
+    i = blocksDownTo<K, Form::Aligned>(a, fb, dst, i, 8);
   }
   singlesToBottom<K>(a, b, dst, i);
 }
