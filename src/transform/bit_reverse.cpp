@@ -151,9 +151,7 @@ void bitRev1(const char* name, T* vec, int order) {
     return;
   if (order < 2) return;
   if (order == 2) {
-    T t = vec[1];
-    vec[1] = vec[2];
-    vec[2] = t;
+    swapAt<sizeof(T)>(reinterpret_cast<unsigned char*>(vec), 1, 2);
     return;
   }
   const std::uint32_t* list = listOrReport(name, order);

@@ -87,7 +87,7 @@ void checkPermutations(void (*rev1)(T*, int), void (*rev2)(const T*, T*, int)) {
     }
     std::vector<T> want(n);
     for (int i = 0; i < n; ++i) want[reverseBits(i, order)] = src[i];
-    Guarded<T> inPlace(n, 4);
+    Guarded<T> inPlace(n, alignof(T));
     std::memcpy(inPlace.data(), src.data(), sizeof(T) * n);
     rev1(inPlace.data(), order);
     EXPECT_TRUE(sameBits(inPlace.data(), want.data(), n)) << "order " << order;
