@@ -33,6 +33,7 @@ int main(void) {
 
   /* Parent mode: a bad argument is reported on stderr, then control comes
    * back with the status stored for this thread. */
+  fflush(stdout); /* keep the report below what was printed so far */
   ryxSetErrMode(RYX_ErrorModeParent);
   ryxRedirectError(ryxStdErrReport);
   ryxsbAdd2(y, NULL, n);
