@@ -307,7 +307,7 @@ TEST_P(Int16Arith, AutoScaleOverflowPositions) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Ops, Int16Arith, ::testing::Values(0, 1, 2), [](const auto& info) {
+INSTANTIATE_TEST_SUITE_P(Int16, Int16Arith, ::testing::Values(0, 1, 2), [](const auto& info) {
   return std::string(kOpName[info.param]);
 });
 
