@@ -7,6 +7,7 @@
 #include <xmmintrin.h>
 
 #include "fir/fir_arith.h"
+#include "fir/fir_block_isa.h"
 
 namespace ryx::fir {
 
@@ -54,7 +55,21 @@ inline void sixteenOutputs(const float* hFirst, int n, const float* x, int xs, f
 
 }  // namespace
 
+namespace {
+Isa gIsaCap = Isa::Avx2;
+}
+
+void setIsaCap(Isa cap) { gIsaCap = cap; }
+
+bool useAvx2() { return gIsaCap >= Isa::Avx2 && __builtin_cpu_supports("avx2"); }
+
 int blockKernel(const float* hFirst, int n, const float* x0, int xs, float* dst, int count) {
+  int j = 0;
+  if (count >= 32 && useAvx2()) j = avx2::blockKernelReal(hFirst, n, x0, xs, dst, count);
+  return j + blockKernelRealSse2(hFirst, n, x0 + j, xs, dst + j, count - j);
+}
+
+int blockKernelRealSse2(const float* hFirst, int n, const float* x0, int xs, float* dst, int count) {
   int j = 0;
   for (; j + 16 <= count; j += 16) sixteenOutputs(hFirst, n, x0 + j, xs, dst + j);
   for (; j + 4 <= count; j += 4) {
