@@ -386,3 +386,137 @@ TEST(FirOrder, DoubleBlockTwoParallelForm) {
 
 }  // namespace
 }  // namespace firtest
+
+namespace firtest {
+namespace {
+
+// Complex and mixed double blocks: the three-multiplication pairs with
+// complex sums and differences, products re = r*a - u*b, im = u*a + b*r.
+struct LC {
+  ld re, im;
+};
+LC lc(double v) { return {v, 0}; }
+LC lc(DCplx v) { return {v.re, v.im}; }
+LC operator+(LC a, LC b) { return {a.re + b.re, a.im + b.im}; }
+LC operator-(LC a, LC b) { return {a.re - b.re, a.im - b.im}; }
+template <class S, class H>
+LC lmul(const LC& x, const LC& h) {
+  // Real factors multiply both parts of the complex one.
+  if constexpr (std::is_same_v<H, double>) return {x.re * h.re, x.im * h.re};
+  else if constexpr (std::is_same_v<S, double>) return {x.re * h.re, x.re * h.im};
+  else return {x.re * h.re - x.im * h.im, x.im * h.re + h.im * x.re};
+}
+
+template <class C>
+class DoublePairs : public ::testing::Test {};
+using ComplexDoubles = ::testing::Types<ComboZ, ComboDZ, ComboZD>;
+TYPED_TEST_SUITE(DoublePairs, ComplexDoubles, ComboNames);
+
+TYPED_TEST(DoublePairs, TwoParallelFormWithComplexValues) {
+  using S = typename TypeParam::S;
+  using H = typename TypeParam::H;
+  std::mt19937 gen(18);
+  for (int len : {1, 2, 3, 4, 7, 10}) {
+    std::vector<H> taps = randomVec<H>(gen, len);
+    const int n = len + 7;
+    const std::vector<S> src = randomVec<S>(gen, n);
+    std::vector<S> lineBuf(static_cast<size_t>(len));
+    RyxFirTapState ts{};
+    RyxFirDlyState ds{};
+    TypeParam::firlInit(taps.data(), len, &ts);
+    TypeParam::firlInitDlyl(&ts, lineBuf.data(), &ds);
+    TypeParam::firlSetDlyl(&ts, nullptr, &ds);
+    std::vector<DCplx> got(static_cast<size_t>(n));
+    TypeParam::bFirl(&ts, &ds, src.data(), got.data(), n);
+    auto x = [&](int i) { return lc(src[static_cast<size_t>(i)]); };
+    auto h = [&](int k) { return lc(taps[static_cast<size_t>(k)]); };
+    auto same = [](DCplx g, LC w) {
+      return sameBits(g.re, static_cast<double>(w.re)) && sameBits(g.im, static_cast<double>(w.im));
+    };
+    // Head of len samples and the odd output: plain sums from tap 0.
+    for (int o = 0; o <= len; ++o) {
+      LC acc{0, 0};
+      for (int k = 0; k < len && k <= o; ++k) acc = acc + lmul<S, H>(x(o - k), h(k));
+      ASSERT_TRUE(same(got[static_cast<size_t>(o)], acc)) << len << " plain " << o;
+    }
+    for (int o = len + 1; o < n; o += 2) {
+      LC y0{0, 0}, y1{0, 0};
+      int k = 0;
+      if (len % 2 == 1) {
+        y0 = lmul<S, H>(x(o), h(0));
+        y1 = lmul<S, H>(x(o + 1), h(0));
+        k = 1;
+      }
+      for (; k + 1 < len; k += 2) {
+        const LC s = lmul<S, H>(x(o - k), h(k) + h(k + 1));
+        y0 = y0 + (lmul<S, H>(x(o - k - 1) - x(o - k), h(k + 1)) + s);
+        y1 = y1 + (lmul<S, H>(x(o - k + 1) - x(o - k), h(k)) + s);
+      }
+      ASSERT_TRUE(same(got[static_cast<size_t>(o)], y0)) << len << " pair " << o;
+      ASSERT_TRUE(same(got[static_cast<size_t>(o + 1)], y1)) << len << " pair " << o;
+    }
+  }
+}
+
+// Extended sums elsewhere run in one order: the high-level double forms and
+// every multirate path of that form from the oldest sample of the span, the
+// low-level multirate paths from the newest sample and the branch's first
+// tap.
+TEST(FirOrder, ExtendedSumsRunInStorageOrder) {
+  std::mt19937 gen(19);
+  const int len = 23;
+  std::vector<double> taps = randomVec<double>(gen, len);
+  double mean = 0;
+  for (double t : taps) mean += t / len;
+  for (double& t : taps) t -= mean;
+  std::vector<double> src = randomVec<double>(gen, 240);
+  for (double& v : src) v += 1.0e6;
+  int differs = 0;
+
+  // High-level single rate.
+  RyxFirState st{};
+  ryxdFirInit(taps.data(), len, nullptr, &st);
+  std::vector<double> got(src.size());
+  ryxdbFir(&st, src.data(), got.data(), static_cast<int>(src.size()));
+  for (int o = len - 1; o < static_cast<int>(src.size()); ++o) {
+    ld fwd = 0, bwd = 0;
+    for (int k = len - 1; k >= 0; --k) fwd += static_cast<ld>(src[static_cast<size_t>(o - k)]) * taps[static_cast<size_t>(k)];
+    for (int k = 0; k < len; ++k) bwd += static_cast<ld>(src[static_cast<size_t>(o - k)]) * taps[static_cast<size_t>(k)];
+    ASSERT_TRUE(sameBits(got[static_cast<size_t>(o)], static_cast<double>(fwd))) << o;
+    differs += !sameBits(static_cast<double>(fwd), static_cast<double>(bwd));
+  }
+  ryxFirFree(&st);
+
+  // Interpolate by 3, phase 1: low-level from the newest, high-level from
+  // the oldest sample of the branch.
+  const int up = 3, upPhase = 1, iters = 80;
+  RyxFirTapState ts{};
+  RyxFirDlyState ds{};
+  std::vector<double> line(8);
+  ryxdFirlInitMr(taps.data(), len, up, upPhase, 1, 0, &ts);
+  ryxdFirlInitDlyl(&ts, line.data(), &ds);
+  ryxdFirlSetDlyl(&ts, nullptr, &ds);
+  std::vector<double> low(static_cast<size_t>(iters * up)), high(low.size());
+  ryxdbFirl(&ts, &ds, src.data(), low.data(), iters);
+  ryxdFirInitMr(taps.data(), len, nullptr, up, upPhase, 1, 0, &st);
+  ryxdbFir(&st, src.data(), high.data(), iters);
+  ryxFirFree(&st);
+  for (int t = 0; t < iters * up; ++t) {
+    if (t < upPhase + up * 8) continue;  // past the start-up, full branches
+    const int newest = (t - upPhase) / up;
+    const int branch = t - (newest * up + upPhase);
+    const int count = branch < len % up ? len / up + 1 : len / up;
+    ld fromNewest = 0, fromOldest = 0;
+    for (int k = 0; k < count; ++k)
+      fromNewest += static_cast<ld>(src[static_cast<size_t>(newest - k)]) * taps[static_cast<size_t>(branch + k * up)];
+    for (int k = count - 1; k >= 0; --k)
+      fromOldest += static_cast<ld>(src[static_cast<size_t>(newest - k)]) * taps[static_cast<size_t>(branch + k * up)];
+    ASSERT_TRUE(sameBits(low[static_cast<size_t>(t)], static_cast<double>(fromNewest))) << t;
+    ASSERT_TRUE(sameBits(high[static_cast<size_t>(t)], static_cast<double>(fromOldest))) << t;
+    differs += !sameBits(static_cast<double>(fromNewest), static_cast<double>(fromOldest));
+  }
+  EXPECT_GT(differs, 0);
+}
+
+}  // namespace
+}  // namespace firtest

@@ -309,3 +309,32 @@ TEST(FirState, ComplexHistoryAndTapsRoundTrip) {
 
 }  // namespace
 }  // namespace firtest
+
+namespace firtest {
+namespace {
+
+// A freed record is dead: every routine refuses it, freeing it again too.
+TEST(FirState, FreedRecordIsRefused) {
+  RecordReports rec;
+  const float taps[3] = {1, 2, 3};
+  RyxFirState st{};
+  ryxsFirInit(taps, 3, nullptr, &st);
+  ryxFirFree(&st);
+  EXPECT_TRUE(reports().empty());
+  ryxFirFree(&st);
+  float x = 1.0f, y = 5.0f;
+  EXPECT_EQ(ryxsFir(&st, 1.0f), 0.0f);
+  ryxsbFir(&st, &x, &y, 1);
+  EXPECT_EQ(y, 5.0f);
+  ASSERT_EQ(reports().size(), 3u);
+  for (const Report& r : reports()) EXPECT_EQ(r.context, "Must have been initialized");
+  EXPECT_EQ(reports()[0].func, "ryxFirryxFree");
+  // Initialising it again brings it back.
+  ryxSetErrStatus(RYX_StsOk);
+  ryxsFirInit(taps, 3, nullptr, &st);
+  EXPECT_EQ(ryxsFir(&st, 1.0f), 1.0f);
+  ryxFirFree(&st);
+}
+
+}  // namespace
+}  // namespace firtest
