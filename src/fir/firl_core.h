@@ -1,6 +1,6 @@
 // Low-level FIR forms: the caller keeps the tap state, the delay state and
 // the arrays both point at. Kernels here have no failure path; the entries
-// in firl_entries_*.cpp check first.
+// in firl_entries.cpp check first.
 //
 // Working order of the delay line: dlyl[0] is the newest sample. The line is
 // shifted, not circular: each sample that goes through it alone moves the
