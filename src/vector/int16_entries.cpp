@@ -16,11 +16,22 @@ namespace {
 
 constexpr const char* kStem = "ryxaritw";
 
+// The wide kernel only pays from a few blocks on.
+constexpr int kWideFrom = 64;
+
 inline void laneKernel(Op op, bool sat, const short* a, const short* b, short v, short* d, int n) {
-  laneKernelW(op, sat, a, b, v, d, n);
+  if (n >= kWideFrom && cpuHasAvx2()) {
+    avx2::laneKernelW(op, sat, a, b, v, d, n);
+  } else {
+    laneKernelW(op, sat, a, b, v, d, n);
+  }
 }
 inline void laneKernel(Op op, bool sat, const WCplx* a, const WCplx* b, WCplx v, WCplx* d, int n) {
-  laneKernelV(op, sat, a, b, v, d, n);
+  if (n >= kWideFrom / 2 && cpuHasAvx2()) {
+    avx2::laneKernelV(op, sat, a, b, v, d, n);
+  } else {
+    laneKernelV(op, sat, a, b, v, d, n);
+  }
 }
 inline void fixedKernel(Op op, Mode m, const short* a, const short* b, short v, short* d, int n, int f) {
   fixedKernelW(op, m, a, b, v, d, n, f);

@@ -30,4 +30,14 @@ void fixedKernelV(Op op, Mode mode, const WCplx* a, const WCplx* b, WCplx val, W
 void autoKernelW(Op op, const short* a, const short* b, short val, short* dst, int n, int* scaleFactor);
 void autoKernelV(Op op, const WCplx* a, const WCplx* b, WCplx val, WCplx* dst, int n, int* scaleFactor);
 
+// The same wrap and saturate kernels on 256-bit lanes (AVX2), identical
+// in every result; only for processors that have AVX2.
+namespace avx2 {
+void laneKernelW(Op op, bool saturate, const short* a, const short* b, short val, short* dst, int n);
+void laneKernelV(Op op, bool saturate, const WCplx* a, const WCplx* b, WCplx val, WCplx* dst, int n);
+}  // namespace avx2
+
+// True when the processor running us has AVX2 (asked once).
+bool cpuHasAvx2();
+
 }  // namespace ryx::int16

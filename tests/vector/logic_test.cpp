@@ -34,8 +34,12 @@ short bitOp(int op, short a, short b) {
 
 TEST(LogicBitwise, EveryShapeLengthAndAlignment) {
   Random rng(31);
+  // 1..40 for head, blocks and tail; longer ones also take the wide blocks.
+  std::vector<int> lengths;
+  for (int n = 1; n <= 40; ++n) lengths.push_back(n);
+  for (int n : {127, 128, 129, 200, 1001}) lengths.push_back(n);
   for (int op = 0; op < 3; ++op) {
-    for (int n = 1; n <= 40; ++n) {
+    for (int n : lengths) {
       for (int dOff = 0; dOff < 16; dOff += 2) {
         for (int sOff : {0, 2, 8, 14}) {
           // sOff == dOff takes the aligned path, others the word loop.
