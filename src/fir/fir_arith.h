@@ -7,6 +7,8 @@
 
 #include <type_traits>
 
+#include <xmmintrin.h>
+
 #include "ryxcore.h"
 
 namespace ryx::fir {
@@ -88,14 +90,11 @@ inline float dotLanes(const float* x, const float* h, int n) {
     for (int k = 1; k < head; ++k) s += x[k] * h[k];
   }
   if (n < 4) return s;
-  float l0 = s, l1 = 0.0f, l2 = 0.0f, l3 = 0.0f;
-  for (int k = head; k < n; k += 4) {
-    l0 += x[k] * h[k];
-    l1 += x[k + 1] * h[k + 1];
-    l2 += x[k + 2] * h[k + 2];
-    l3 += x[k + 3] * h[k + 3];
-  }
-  return (l0 + l2) + (l1 + l3);
+  __m128 acc = _mm_set_ss(s);
+  for (int k = head; k < n; k += 4) acc = _mm_add_ps(acc, _mm_mul_ps(_mm_loadu_ps(x + k), _mm_loadu_ps(h + k)));
+  // (lane 0 + lane 2) + (lane 1 + lane 3)
+  const __m128 pairs = _mm_add_ps(acc, _mm_movehl_ps(acc, acc));
+  return _mm_cvtss_f32(_mm_add_ss(pairs, _mm_shuffle_ps(pairs, pairs, 1)));
 }
 
 // Complex by complex: one four-lane accumulator of the sums of r*a, u*a,
