@@ -22,6 +22,7 @@ std::atomic<int> g_isaCap{static_cast<int>(Isa::Avx512)};
 const KernelSet* kernelsFor(Isa isa) {
   switch (isa) {
     case Isa::Sse2: return &ryx::sse2::kKernels;
+    case Isa::Avx2: return __builtin_cpu_supports("avx2") ? &ryx::avx2::kKernels : nullptr;
     default: return nullptr;
   }
 }

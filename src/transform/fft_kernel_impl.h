@@ -185,6 +185,57 @@ inline void gather4(const Src& src, std::size_t base, T* r, T* i) {
   }
 }
 
+// 4x4 transpose of four float vectors (rows become columns).
+inline void transpose4(Vec<float>& r0, Vec<float>& r1, Vec<float>& r2, Vec<float>& r3) {
+  using I = int __attribute__((vector_size(16)));
+  const Vec<float> t0 = __builtin_shuffle(r0, r1, I{0, 4, 1, 5});
+  const Vec<float> t1 = __builtin_shuffle(r2, r3, I{0, 4, 1, 5});
+  const Vec<float> t2 = __builtin_shuffle(r0, r1, I{2, 6, 3, 7});
+  const Vec<float> t3 = __builtin_shuffle(r2, r3, I{2, 6, 3, 7});
+  r0 = __builtin_shuffle(t0, t1, I{0, 1, 4, 5});
+  r1 = __builtin_shuffle(t0, t1, I{2, 3, 6, 7});
+  r2 = __builtin_shuffle(t2, t3, I{0, 1, 4, 5});
+  r3 = __builtin_shuffle(t2, t3, I{2, 3, 6, 7});
+}
+
+// Four radix-4 butterflies at once on 16 interleaved values (values 4g to
+// 4g+3 form butterfly g): the inputs are transposed so that lane g works
+// on butterfly g with exactly the scalar operations, and the outputs are
+// transposed back so that vector g holds butterfly g's four outputs.
+template <bool Fwd>
+inline void radix4x4(const float* in, Vec<float>* outR, Vec<float>* outI) {
+  using V = Vec<float>;
+  V ar = loadu(in), ai = loadu(in + 8), br = loadu(in + 16), bi = loadu(in + 24);  // (a b) pairs of groups 0..3
+  V cr = loadu(in + 4), ci = loadu(in + 12), dr = loadu(in + 20), di = loadu(in + 28);  // (c d) pairs
+  transpose4(ar, ai, br, bi);  // -> a.re, a.im, b.re, b.im with lanes = groups
+  transpose4(cr, ci, dr, di);
+  const V sr = ar + br, si = ai + bi, tr = ar - br, ti = ai - bi;
+  const V ur = cr + dr, ui = ci + di, vr = cr - dr, vi = ci - di;
+  V o0r = sr + ur, o0i = si + ui, o2r = sr - ur, o2i = si - ui;
+  V o1r, o1i, o3r, o3i;
+  if constexpr (Fwd) {
+    o1r = tr + vi;
+    o1i = ti - vr;
+    o3r = tr - vi;
+    o3i = ti + vr;
+  } else {
+    o1r = tr - vi;
+    o1i = ti + vr;
+    o3r = tr + vi;
+    o3i = ti - vr;
+  }
+  transpose4(o0r, o1r, o2r, o3r);
+  transpose4(o0i, o1i, o2i, o3i);
+  outR[0] = o0r;
+  outR[1] = o1r;
+  outR[2] = o2r;
+  outR[3] = o3r;
+  outI[0] = o0i;
+  outI[1] = o1i;
+  outI[2] = o2i;
+  outI[3] = o3i;
+}
+
 // Float first stage, odd order: radix 8 on each run of 8 values. A and B
 // are the radix-4 butterflies of values 0-3 and 4-7; B is multiplied lane
 // by lane with W_8^l; block 0 gets A + B*W, block 1 gets A - B*W.
@@ -193,7 +244,24 @@ void firstStageR8(const Src& src, float* re, float* im, std::size_t n) {
   using V = Vec<float>;
   const V w8r = {1.0f, 0.70710678f, 0.0f, -0.70710678f};
   const V w8i = {0.0f, -0.70710678f, -1.0f, -0.70710678f};
-  for (std::size_t run = 0; run < n; run += 8) {
+  std::size_t start = 0;
+  if constexpr (std::is_same_v<Src, PairSource<float>>) {
+    // Two runs per round: butterflies A0, B0, A1, B1.
+    for (; start + 16 <= n; start += 16) {
+      V qr[4], qi[4];
+      radix4x4<Fwd>(src.p + 2 * start, qr, qi);
+      for (int h = 0; h < 2; ++h) {
+        V pr, pi;
+        cmul<Fwd>(qr[2 * h + 1], qi[2 * h + 1], w8r, w8i, pr, pi);
+        const std::size_t b = (start + 8 * h) / 4;
+        store(re + b * Step, qr[2 * h] + pr);
+        store(im + b * Step, qi[2 * h] + pi);
+        store(re + (b + 1) * Step, qr[2 * h] - pr);
+        store(im + (b + 1) * Step, qi[2 * h] - pi);
+      }
+    }
+  }
+  for (std::size_t run = start; run < n; run += 8) {
     float xr[8], xi[8], a[16];
     gather4(src, run, xr, xi);
     gather4(src, run + 4, xr + 4, xi + 4);
@@ -220,17 +288,24 @@ void firstStageR16(const Src& src, float* re, float* im, std::size_t n, const fl
   const V w2r = load(tw + 8), w2i = load(tw + 12);
   const V w3r = load(tw + 16), w3i = load(tw + 20);
   for (std::size_t run = 0; run < n; run += 16) {
-    float xr[16], xi[16], q[32];
-    for (int g = 0; g < 4; ++g) {
-      gather4(src, run + 4 * g, xr + 4 * g, xi + 4 * g);
-      radix4Scalar<Fwd>(xr + 4 * g, xi + 4 * g, q + 8 * g, q + 8 * g + 4);
+    V qr[4], qi[4];
+    if constexpr (std::is_same_v<Src, PairSource<float>>) {
+      radix4x4<Fwd>(src.p + 2 * run, qr, qi);
+    } else {
+      float xr[16], xi[16], q[32];
+      for (int g = 0; g < 4; ++g) {
+        gather4(src, run + 4 * g, xr + 4 * g, xi + 4 * g);
+        radix4Scalar<Fwd>(xr + 4 * g, xi + 4 * g, q + 8 * g, q + 8 * g + 4);
+        qr[g] = loadu(q + 8 * g);
+        qi[g] = loadu(q + 8 * g + 4);
+      }
     }
     V br, bi, cr, ci, dr, di;
-    cmul<Fwd>(loadu(q + 8), loadu(q + 12), w2r, w2i, br, bi);
-    cmul<Fwd>(loadu(q + 16), loadu(q + 20), w1r, w1i, cr, ci);
-    cmul<Fwd>(loadu(q + 24), loadu(q + 28), w3r, w3i, dr, di);
+    cmul<Fwd>(qr[1], qi[1], w2r, w2i, br, bi);
+    cmul<Fwd>(qr[2], qi[2], w1r, w1i, cr, ci);
+    cmul<Fwd>(qr[3], qi[3], w3r, w3i, dr, di);
     V o[8];
-    radix4Join<Fwd>(loadu(q), loadu(q + 4), br, bi, cr, ci, dr, di, o);
+    radix4Join<Fwd>(qr[0], qi[0], br, bi, cr, ci, dr, di, o);
     const std::size_t b = run / 4;
     for (int k = 0; k < 4; ++k) {
       store(re + (b + k) * Step, o[2 * k]);
@@ -324,11 +399,116 @@ inline int log2Of(std::size_t n) {
   return o;
 }
 
+#if defined(__AVX2__)
+// 256-bit forms for the interleaved working layout, where one block (G
+// reals, then G imaginaries) is exactly one 256-bit register. A complex
+// product then multiplies the block by the broadcast real row and its
+// half-swapped copy by the broadcast imaginary row, and adds the two with
+// the sign of one half flipped: the same products and the same single sum
+// per component as the 128-bit form, hence the same bits (negation and
+// the order of the two addends of a sum do not change a rounded result).
+struct Wide {
+  static __m256 load(const float* p) { return _mm256_loadu_ps(p); }
+  static __m256d load(const double* p) { return _mm256_loadu_pd(p); }
+  static void store(float* p, __m256 v) { _mm256_storeu_ps(p, v); }
+  static void store(double* p, __m256d v) { _mm256_storeu_pd(p, v); }
+  static __m256 rows(const float* p) { return _mm256_broadcast_ps(reinterpret_cast<const __m128*>(p)); }
+  static __m256d rows(const double* p) { return _mm256_broadcast_pd(reinterpret_cast<const __m128d*>(p)); }
+  static __m256 swap(__m256 v) { return _mm256_permute2f128_ps(v, v, 1); }
+  static __m256d swap(__m256d v) { return _mm256_permute2f128_pd(v, v, 1); }
+  // Sign bit set in the real half (Low) or the imaginary half (High).
+  static __m256 signLow(float) { return _mm256_setr_ps(-0.0f, -0.0f, -0.0f, -0.0f, 0.0f, 0.0f, 0.0f, 0.0f); }
+  static __m256 signHigh(float) { return _mm256_setr_ps(0.0f, 0.0f, 0.0f, 0.0f, -0.0f, -0.0f, -0.0f, -0.0f); }
+  static __m256d signLow(double) { return _mm256_setr_pd(-0.0, -0.0, 0.0, 0.0); }
+  static __m256d signHigh(double) { return _mm256_setr_pd(0.0, 0.0, -0.0, -0.0); }
+  static __m256 flip(__m256 v, __m256 m) { return _mm256_xor_ps(v, m); }
+  static __m256d flip(__m256d v, __m256d m) { return _mm256_xor_pd(v, m); }
+};
+
+template <class T>
+struct Vec256Of;
+template <>
+struct Vec256Of<float> {
+  using type = __m256;
+};
+template <>
+struct Vec256Of<double> {
+  using type = __m256d;
+};
+template <class T>
+using Vec256 = typename Vec256Of<T>::type;
+
+template <bool Fwd, class V>
+inline V wideMul(V x, V wr, V wi, V low, V high) {
+  const V p1 = x * wr;
+  const V p2 = Wide::swap(x) * wi;
+  return p1 + Wide::flip(p2, Fwd ? low : high);
+}
+
+template <class T, bool Fwd>
+const T* radix4PassWide(T* data, std::size_t nBlocks, std::size_t bq, const T* tw) {
+  constexpr int G = VecOf<T>::kLanes;
+  constexpr std::size_t B = 2 * G;  // elements per block
+  using V = Vec256<T>;
+  const V low = Wide::signLow(T{}), high = Wide::signHigh(T{});
+  for (std::size_t g = 0; g < nBlocks; g += 4 * bq) {
+    const T* t = tw;
+    T* p = data + g * B;
+    const std::size_t qs = bq * B;
+    for (std::size_t j = 0; j < bq; ++j, t += 6 * G, p += B) {
+      const V a = Wide::load(p);
+      const V b = wideMul<Fwd>(V(Wide::load(p + qs)), V(Wide::rows(t + 2 * G)), V(Wide::rows(t + 3 * G)), low, high);
+      const V c = wideMul<Fwd>(V(Wide::load(p + 2 * qs)), V(Wide::rows(t)), V(Wide::rows(t + G)), low, high);
+      const V d = wideMul<Fwd>(V(Wide::load(p + 3 * qs)), V(Wide::rows(t + 4 * G)), V(Wide::rows(t + 5 * G)), low, high);
+      const V apb = a + b, amb = a - b, cpd = c + d, cmd = c - d;
+      // -i(C-D) = (vi, -vr): the half-swapped difference with the imaginary
+      // half negated.
+      const V mi = Wide::flip(Wide::swap(cmd), high);
+      Wide::store(p, apb + cpd);
+      Wide::store(p + 2 * qs, apb - cpd);
+      if constexpr (Fwd) {
+        Wide::store(p + qs, amb + mi);
+        Wide::store(p + 3 * qs, amb - mi);
+      } else {
+        Wide::store(p + qs, amb - mi);
+        Wide::store(p + 3 * qs, amb + mi);
+      }
+    }
+  }
+  return tw + (bq * 6 * G);
+}
+
+inline void lastPassPairsWide(const float* blocks, float* out, std::size_t n) {
+  const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
+  for (std::size_t b = 0; b < n / 4; ++b)
+    _mm256_storeu_ps(out + 8 * b, _mm256_permutevar8x32_ps(_mm256_loadu_ps(blocks + 8 * b), order));
+}
+inline void lastPassPairsWide(const double* blocks, double* out, std::size_t n) {
+  for (std::size_t b = 0; b < n / 2; ++b)
+    _mm256_storeu_pd(out + 4 * b, _mm256_permute4x64_pd(_mm256_loadu_pd(blocks + 4 * b), 0xD8));
+}
+#endif
+
 // The passes after the first stage, shared by all kernels of a precision.
 template <class T, bool Fwd, int Step>
 void radixPasses(T* re, T* im, std::size_t n, const T* tw, std::size_t firstM) {
   constexpr int G = VecOf<T>::kLanes;
+#if defined(__AVX2__)
+  if constexpr (Step == 2 * G) {
+    for (std::size_t m = firstM; m <= n; m *= 4) tw = radix4PassWide<T, Fwd>(re, n / G, m / 4 / G, tw);
+    return;
+  }
+#endif
   for (std::size_t m = firstM; m <= n; m *= 4) tw = radix4Pass<T, Fwd, Step>(re, im, n / G, m / 4 / G, tw);
+}
+
+template <class T>
+void lastPass(const T* blocks, T* out, std::size_t n) {
+#if defined(__AVX2__)
+  lastPassPairsWide(blocks, out, n);
+#else
+  lastPassPairs(blocks, out, n);
+#endif
 }
 
 // Float kernel, interleaved. `work` null: in place; else first stage into
@@ -351,7 +531,7 @@ void floatKernel(SCplx* samps, std::size_t n, const float* tbl, SCplx* work) {
     firstStageR16<Fwd, 8>(src, d, d + 4, n, tw);
     radixPasses<float, Fwd, 8>(d, d + 4, n, tw + 24, 64);
   }
-  lastPassPairs(d, x, n);
+  lastPass(d, x, n);
 }
 
 template <bool Fwd>
@@ -391,7 +571,7 @@ void doubleKernel(DCplx* samps, std::size_t n, const double* tbl, DCplx* work) {
   } else {
     radixPasses<double, Fwd, 4>(d, d + 2, n, tbl, 16);
   }
-  lastPassPairs(d, x, n);
+  lastPass(d, x, n);
 }
 
 template <bool Fwd>

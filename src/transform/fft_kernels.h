@@ -37,3 +37,6 @@ Isa activeIsa();
 namespace ryx::sse2 {
 extern const ryx::fft::KernelSet kKernels;
 }
+namespace ryx::avx2 {
+extern const ryx::fft::KernelSet kKernels;
+}

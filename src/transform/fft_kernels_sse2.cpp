@@ -2,6 +2,7 @@
 // kernels, and the named kernel entries of the engine.
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "transform/fft_kernels.h"
 
