@@ -17,6 +17,8 @@ namespace ryx::fft {
 
 namespace {
 std::atomic<int> g_isaCap{static_cast<int>(Isa::Avx512)};
+// The set in use, chosen at first need and again after a new cap.
+std::atomic<const KernelSet*> g_active{nullptr};
 }
 
 const KernelSet* kernelsFor(Isa isa) {
@@ -27,7 +29,10 @@ const KernelSet* kernelsFor(Isa isa) {
   }
 }
 
-void setIsaCap(Isa cap) { g_isaCap.store(static_cast<int>(cap)); }
+void setIsaCap(Isa cap) {
+  g_isaCap.store(static_cast<int>(cap));
+  g_active.store(nullptr);
+}
 
 Isa activeIsa() {
   for (int i = g_isaCap.load(); i > 0; --i) {
@@ -36,7 +41,14 @@ Isa activeIsa() {
   return Isa::Sse2;
 }
 
-const KernelSet& kernels() { return *kernelsFor(activeIsa()); }
+const KernelSet& kernels() {
+  const KernelSet* set = g_active.load(std::memory_order_relaxed);
+  if (set == nullptr) {
+    set = kernelsFor(activeIsa());
+    g_active.store(set, std::memory_order_relaxed);
+  }
+  return *set;
+}
 
 }  // namespace ryx::fft
 

@@ -18,6 +18,14 @@ struct Precision<float> {
   static constexpr const char* kStem = "ryxffts";
   static constexpr int kScratchKept = kFloatScratchKept;
   static float* getRadix(int order) { return ownsGetFftRadixTwd(order); }
+  // The table getRadix would yield when it is already built, else null.
+  static const float* cachedRadix(int order) {
+    const RyxThreadContext* c = ryxGetThreadContext();
+    if (order < 0 || order > 31) return nullptr;
+    if (order <= kFloatKernelOrder) return static_cast<const float*>(c->sFftRadixTwd[order]);
+    if (c->sFftRadixTwd[kFloatKernelOrder] == nullptr) return nullptr;
+    return static_cast<const float*>(c->sFftBlockTwd[order]);
+  }
   static void freeRadix(int order) { ownsFreeFftRadixTwd(order); }
   static void freeTables() { ownsFreeFftTbls(); }
   static float* getReal(int order) { return ownsGetRealTwd(order); }
@@ -47,6 +55,13 @@ struct Precision<double> {
   static constexpr const char* kStem = "ryxfftd";
   static constexpr int kScratchKept = kDoubleScratchKept;
   static double* getRadix(int order) { return owndGetFftRadixTwd(order); }
+  static const double* cachedRadix(int order) {
+    const RyxThreadContext* c = ryxGetThreadContext();
+    if (order < 0 || order > 31) return nullptr;
+    if (order <= kDoubleKernelOrder) return static_cast<const double*>(c->dFftRadixTwd[order]);
+    if (c->dFftRadixTwd[kDoubleKernelOrder] == nullptr) return nullptr;
+    return static_cast<const double*>(c->dFftBlockTwd[order]);
+  }
   static void freeRadix(int order) { owndFreeFftRadixTwd(order); }
   static void freeTables() { owndFreeFftTbls(); }
   static double* getReal(int order) { return owndGetRealTwd(order); }
@@ -77,6 +92,15 @@ struct Precision<double> {
 // fetches a further table (the recombination table of the real forms).
 template <class T, class Extra>
 bool fetchTables(const Site& site, int order, const T*& radix, const std::uint32_t*& pairs, Extra extra) {
+  // Fast path: everything of this order already cached.
+  if (const T* cached = Precision<T>::cachedRadix(order)) {
+    const void* list = ryxGetThreadContext()->bitRevPairs[order];
+    if (list != nullptr && extra()) {
+      radix = cached;
+      pairs = static_cast<const std::uint32_t*>(list);
+      return true;
+    }
+  }
   for (int round = 0; round < 2; ++round) {
     const T* r = Precision<T>::getRadix(order);
     const bool more = r != nullptr && extra();

@@ -318,6 +318,39 @@ void firstStageR16(const Src& src, float* re, float* im, std::size_t n, const fl
 // blocks of two lanes.
 template <bool Fwd, int Step, class Src>
 void firstStageR4(const Src& src, double* re, double* im, std::size_t n) {
+  if constexpr (std::is_same_v<Src, PairSource<double>>) {
+    // One complex value per register, (re, im): the butterfly's sums act on
+    // both components at once; t -/+ i*v takes v with its halves swapped and
+    // the second half negated.
+    using V = Vec<double>;
+    using I = long long __attribute__((vector_size(16)));
+    const V negHigh = {0.0, -0.0};
+    auto flipHigh = [&](V x) {
+      I bits;
+      __builtin_memcpy(&bits, &x, 16);
+      I mask;
+      __builtin_memcpy(&mask, &negHigh, 16);
+      bits ^= mask;
+      V out;
+      __builtin_memcpy(&out, &bits, 16);
+      return out;
+    };
+    for (std::size_t run = 0; run < n; run += 4) {
+      const double* p = src.p + 2 * run;
+      const V a = loadu(p), b = loadu(p + 2), c = loadu(p + 4), d = loadu(p + 6);
+      const V s = a + b, t = a - b, u = c + d, v = c - d;
+      const V mv = flipHigh(__builtin_shuffle(v, I{1, 0}));  // (vi, -vr) = -i*v
+      const V o0 = s + u, o2 = s - u;
+      const V o1 = Fwd ? t + mv : t - mv;
+      const V o3 = Fwd ? t - mv : t + mv;
+      const std::size_t blk = run / 2;
+      store(re + blk * Step, __builtin_shuffle(o0, o1, I{0, 2}));
+      store(im + blk * Step, __builtin_shuffle(o0, o1, I{1, 3}));
+      store(re + (blk + 1) * Step, __builtin_shuffle(o2, o3, I{0, 2}));
+      store(im + (blk + 1) * Step, __builtin_shuffle(o2, o3, I{1, 3}));
+    }
+    return;
+  }
   for (std::size_t run = 0; run < n; run += 4) {
     double xr[4], xi[4], orr[4], oi[4];
     gather4(src, run, xr, xi);
