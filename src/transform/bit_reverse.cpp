@@ -34,6 +34,43 @@ inline void moveAt(const unsigned char* s, std::uint32_t from, unsigned char* d,
   std::memcpy(d + std::size_t{to} * W, s + std::size_t{from} * W, W);
 }
 
+// 8-byte elements (SCplx, and the complex view of float real data): the
+// two elements 2i, 2i+1 of a pair are one 16-byte unit, so a pair of middle
+// parts moves as four units, each rebuilt from the low or high halves of two
+// others. The same exchanges as the element-wise walk, fewer moves.
+using Unit = long long __attribute__((vector_size(16)));
+
+inline Unit loadUnit(const unsigned char* p) {
+  Unit u;
+  std::memcpy(&u, p, sizeof u);
+  return u;
+}
+inline void storeUnit(unsigned char* p, Unit u) { std::memcpy(p, &u, sizeof u); }
+
+void permutePairs8(const unsigned char* s, unsigned char* d, int order, const std::uint32_t* list) {
+  const std::size_t half = ((std::size_t{1} << order) / 2) * 8;
+  const std::uint32_t* p = list;
+  for (; *p != 0; p += 2) {
+    const std::size_t i = std::size_t{p[0]} * 4;  // byte offset of element 2i
+    const std::size_t j = std::size_t{p[1]} * 4;
+    const Unit a = loadUnit(s + i), b = loadUnit(s + half + i);
+    const Unit c = loadUnit(s + j), e = loadUnit(s + half + j);
+    storeUnit(d + i, __builtin_shuffle(c, e, Unit{0, 2}));
+    storeUnit(d + half + i, __builtin_shuffle(c, e, Unit{1, 3}));
+    storeUnit(d + j, __builtin_shuffle(a, b, Unit{0, 2}));
+    storeUnit(d + half + j, __builtin_shuffle(a, b, Unit{1, 3}));
+  }
+  std::size_t i = 0;
+  for (;;) {
+    const Unit a = loadUnit(s + i), b = loadUnit(s + half + i);
+    storeUnit(d + i, __builtin_shuffle(a, b, Unit{0, 2}));
+    storeUnit(d + half + i, __builtin_shuffle(a, b, Unit{1, 3}));
+    ++p;
+    if (*p == 0) break;
+    i = std::size_t{*p} * 4;
+  }
+}
+
 template <int W>
 void permuteInPlaceW(unsigned char* d, int order, const std::uint32_t* list) {
   const std::uint32_t half = static_cast<std::uint32_t>((std::uint64_t{1} << order) / 2);
@@ -105,7 +142,7 @@ void permuteInPlace(void* data, int order, int elemBytes, const std::uint32_t* p
   switch (elemBytes) {
     case 2: permuteInPlaceW<2>(d, order, pairs); break;
     case 4: permuteInPlaceW<4>(d, order, pairs); break;
-    case 8: permuteInPlaceW<8>(d, order, pairs); break;
+    case 8: permutePairs8(d, d, order, pairs); break;
     default: permuteInPlaceW<16>(d, order, pairs); break;
   }
 }
@@ -126,7 +163,7 @@ void permuteCopy(const void* src, void* dst, int order, int elemBytes, const std
   switch (elemBytes) {
     case 2: permuteCopyW<2>(s, d, order, pairs); break;
     case 4: permuteCopyW<4>(s, d, order, pairs); break;
-    case 8: permuteCopyW<8>(s, d, order, pairs); break;
+    case 8: permutePairs8(s, d, order, pairs); break;
     default: permuteCopyW<16>(s, d, order, pairs); break;
   }
 }

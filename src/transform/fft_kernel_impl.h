@@ -236,6 +236,76 @@ inline void radix4x4(const float* in, Vec<float>* outR, Vec<float>* outI) {
   outI[3] = o3i;
 }
 
+#if defined(__AVX2__)
+// The same four butterflies on two 16-value units at once: lane half h of
+// every 256-bit register belongs to unit h (values 16h .. 16h+15 from
+// `in`). In-lane shuffles do both transposes of the 128-bit form.
+inline void transpose4x2(__m256& r0, __m256& r1, __m256& r2, __m256& r3) {
+  const __m256 t0 = _mm256_unpacklo_ps(r0, r1), t1 = _mm256_unpacklo_ps(r2, r3);
+  const __m256 t2 = _mm256_unpackhi_ps(r0, r1), t3 = _mm256_unpackhi_ps(r2, r3);
+  r0 = _mm256_shuffle_ps(t0, t1, 0x44);
+  r1 = _mm256_shuffle_ps(t0, t1, 0xEE);
+  r2 = _mm256_shuffle_ps(t2, t3, 0x44);
+  r3 = _mm256_shuffle_ps(t2, t3, 0xEE);
+}
+
+inline __m256 loadHalves(const float* lo, const float* hi) {
+  return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(lo)), _mm_loadu_ps(hi), 1);
+}
+
+template <bool Fwd>
+inline void radix4x4Wide(const float* in, __m256* outR, __m256* outI) {
+  __m256 ar = loadHalves(in, in + 32), ai = loadHalves(in + 8, in + 40);
+  __m256 br = loadHalves(in + 16, in + 48), bi = loadHalves(in + 24, in + 56);
+  __m256 cr = loadHalves(in + 4, in + 36), ci = loadHalves(in + 12, in + 44);
+  __m256 dr = loadHalves(in + 20, in + 52), di = loadHalves(in + 28, in + 60);
+  transpose4x2(ar, ai, br, bi);
+  transpose4x2(cr, ci, dr, di);
+  const __m256 sr = ar + br, si = ai + bi, tr = ar - br, ti = ai - bi;
+  const __m256 ur = cr + dr, ui = ci + di, vr = cr - dr, vi = ci - di;
+  __m256 o0r = sr + ur, o0i = si + ui, o2r = sr - ur, o2i = si - ui;
+  __m256 o1r, o1i, o3r, o3i;
+  if constexpr (Fwd) {
+    o1r = tr + vi;
+    o1i = ti - vr;
+    o3r = tr - vi;
+    o3i = ti + vr;
+  } else {
+    o1r = tr - vi;
+    o1i = ti + vr;
+    o3r = tr + vi;
+    o3i = ti - vr;
+  }
+  transpose4x2(o0r, o1r, o2r, o3r);
+  transpose4x2(o0i, o1i, o2i, o3i);
+  outR[0] = o0r;
+  outR[1] = o1r;
+  outR[2] = o2r;
+  outR[3] = o3r;
+  outI[0] = o0i;
+  outI[1] = o1i;
+  outI[2] = o2i;
+  outI[3] = o3i;
+}
+
+// Block k of unit 0 and of unit 1 from the split halves of (re, im).
+inline void storeBlocks(float* unit0, float* unit1, __m256 r, __m256 i) {
+  _mm256_storeu_ps(unit0, _mm256_permute2f128_ps(r, i, 0x20));
+  _mm256_storeu_ps(unit1, _mm256_permute2f128_ps(r, i, 0x31));
+}
+
+template <bool Fwd>
+inline void cmulWideRows(__m256 xr, __m256 xi, __m256 wr, __m256 wi, __m256& outR, __m256& outI) {
+  if constexpr (Fwd) {
+    outR = xr * wr - xi * wi;
+    outI = xr * wi + xi * wr;
+  } else {
+    outR = xr * wr + xi * wi;
+    outI = xi * wr - xr * wi;
+  }
+}
+#endif
+
 // Float first stage, odd order: radix 8 on each run of 8 values. A and B
 // are the radix-4 butterflies of values 0-3 and 4-7; B is multiplied lane
 // by lane with W_8^l; block 0 gets A + B*W, block 1 gets A - B*W.
@@ -245,6 +315,26 @@ void firstStageR8(const Src& src, float* re, float* im, std::size_t n) {
   const V w8r = {1.0f, 0.70710678f, 0.0f, -0.70710678f};
   const V w8i = {0.0f, -0.70710678f, -1.0f, -0.70710678f};
   std::size_t start = 0;
+#if defined(__AVX2__)
+  if constexpr (std::is_same_v<Src, PairSource<float>> && Step == 8) {
+    // Four runs per round: the halves of each register are runs 4r+h*2 and
+    // 4r+h*2+1 as in the 128-bit round below.
+    const __m256 wr = _mm256_setr_ps(1.0f, 0.70710678f, 0.0f, -0.70710678f, 1.0f, 0.70710678f, 0.0f, -0.70710678f);
+    const __m256 wi = _mm256_setr_ps(0.0f, -0.70710678f, -1.0f, -0.70710678f, 0.0f, -0.70710678f, -1.0f, -0.70710678f);
+    for (; start + 32 <= n; start += 32) {
+      __m256 qr[4], qi[4];
+      radix4x4Wide<Fwd>(src.p + 2 * start, qr, qi);
+      for (int h = 0; h < 2; ++h) {
+        __m256 pr, pi;
+        cmulWideRows<Fwd>(qr[2 * h + 1], qi[2 * h + 1], wr, wi, pr, pi);
+        float* u0 = re + ((start + 8 * h) / 4) * Step;
+        float* u1 = re + ((start + 16 + 8 * h) / 4) * Step;
+        storeBlocks(u0, u1, qr[2 * h] + pr, qi[2 * h] + pi);
+        storeBlocks(u0 + Step, u1 + Step, qr[2 * h] - pr, qi[2 * h] - pi);
+      }
+    }
+  }
+#endif
   if constexpr (std::is_same_v<Src, PairSource<float>>) {
     // Two runs per round: butterflies A0, B0, A1, B1.
     for (; start + 16 <= n; start += 16) {
@@ -287,7 +377,31 @@ void firstStageR16(const Src& src, float* re, float* im, std::size_t n, const fl
   const V w1r = load(tw), w1i = load(tw + 4);
   const V w2r = load(tw + 8), w2i = load(tw + 12);
   const V w3r = load(tw + 16), w3i = load(tw + 20);
-  for (std::size_t run = 0; run < n; run += 16) {
+  std::size_t first = 0;
+#if defined(__AVX2__)
+  if constexpr (std::is_same_v<Src, PairSource<float>> && Step == 8) {
+    const __m256 x1r = _mm256_broadcast_ps(reinterpret_cast<const __m128*>(tw));
+    const __m256 x1i = _mm256_broadcast_ps(reinterpret_cast<const __m128*>(tw + 4));
+    const __m256 x2r = _mm256_broadcast_ps(reinterpret_cast<const __m128*>(tw + 8));
+    const __m256 x2i = _mm256_broadcast_ps(reinterpret_cast<const __m128*>(tw + 12));
+    const __m256 x3r = _mm256_broadcast_ps(reinterpret_cast<const __m128*>(tw + 16));
+    const __m256 x3i = _mm256_broadcast_ps(reinterpret_cast<const __m128*>(tw + 20));
+    for (; first + 32 <= n; first += 32) {
+      __m256 qr[4], qi[4];
+      radix4x4Wide<Fwd>(src.p + 2 * first, qr, qi);
+      __m256 br, bi, cr, ci, dr, di;
+      cmulWideRows<Fwd>(qr[1], qi[1], x2r, x2i, br, bi);
+      cmulWideRows<Fwd>(qr[2], qi[2], x1r, x1i, cr, ci);
+      cmulWideRows<Fwd>(qr[3], qi[3], x3r, x3i, dr, di);
+      __m256 o[8];
+      radix4Join<Fwd>(qr[0], qi[0], br, bi, cr, ci, dr, di, o);
+      float* u0 = re + (first / 4) * Step;
+      float* u1 = re + ((first + 16) / 4) * Step;
+      for (int k = 0; k < 4; ++k) storeBlocks(u0 + k * Step, u1 + k * Step, o[2 * k], o[2 * k + 1]);
+    }
+  }
+#endif
+  for (std::size_t run = first; run < n; run += 16) {
     V qr[4], qi[4];
     if constexpr (std::is_same_v<Src, PairSource<float>>) {
       radix4x4<Fwd>(src.p + 2 * run, qr, qi);
