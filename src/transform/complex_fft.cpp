@@ -44,6 +44,14 @@ struct Arrays {
   T* outIm;
 };
 
+// Interleaved copy through the complex block copy of the sample type.
+void copyComplex(const float* src, float* dst, std::uint64_t n) {
+  ryxcbCopy(reinterpret_cast<const SCplx*>(src), reinterpret_cast<SCplx*>(dst), static_cast<int>(n));
+}
+void copyComplex(const double* src, double* dst, std::uint64_t n) {
+  ryxzbCopy(reinterpret_cast<const DCplx*>(src), reinterpret_cast<DCplx*>(dst), static_cast<int>(n));
+}
+
 template <class T, bool Split, bool Nip>
 void complexFft(const char* name, Arrays<T> a, int order, int flags, std::initializer_list<ryx::Check> nullChecks) {
   using P = Precision<T>;
@@ -89,8 +97,13 @@ void complexFft(const char* name, Arrays<T> a, int order, int flags, std::initia
       if (Split) permuteInPlace(a.outIm, order, kElem, pairs);
     }
   } else if (Nip) {
-    P::copy(a.inRe, a.outRe, Split ? n : 2 * n);
-    if (Split) P::copy(a.inIm, a.outIm, n);
+    // Reversed input of a Nip call: a plain copy takes the permutation's place.
+    if (Split) {
+      P::copy(a.inRe, a.outRe, n);
+      P::copy(a.inIm, a.outIm, n);
+    } else {
+      copyComplex(a.inRe, a.outRe, n);
+    }
   }
 
   const int sign = (flags & RYX_Forward) ? 1 : -1;
