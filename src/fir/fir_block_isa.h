@@ -5,11 +5,7 @@
 
 namespace ryx::fir {
 
-enum class Isa { Sse2 = 0, Avx2 = 1 };
-
-// Highest instruction set the kernels may use (default: the highest there
-// is); the CPU decides below it.
-void setIsaCap(Isa cap);
+// Whether the AVX2 form may run (the CPU has it, below the dispatch cap).
 bool useAvx2();
 
 // Baseline SSE2 kernel: four-lane passes (sixteen outputs a pass where it

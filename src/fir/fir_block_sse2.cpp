@@ -8,6 +8,7 @@
 
 #include "fir/fir_arith.h"
 #include "fir/fir_block_isa.h"
+#include "frame/cpu_dispatch.h"
 
 namespace ryx::fir {
 
@@ -55,13 +56,7 @@ inline void sixteenOutputs(const float* hFirst, int n, const float* x, int xs, f
 
 }  // namespace
 
-namespace {
-Isa gIsaCap = Isa::Avx2;
-}
-
-void setIsaCap(Isa cap) { gIsaCap = cap; }
-
-bool useAvx2() { return gIsaCap >= Isa::Avx2 && __builtin_cpu_supports("avx2"); }
+bool useAvx2() { return cpu::allows(cpu::Isa::Avx2); }
 
 int blockKernel(const float* hFirst, int n, const float* x0, int xs, float* dst, int count) {
   int j = 0;

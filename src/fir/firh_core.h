@@ -25,10 +25,8 @@ constexpr int unrollWidth() {
   return 2;
 }
 
-// Allocation used by Init. A test may make the k-th allocation from now on
-// fail (k >= 1; 0 turns it off) to check the clean-up path.
+// Allocation used by Init (the aligned allocator).
 void* stateAlloc(unsigned bytes);
-void failStateAllocAt(int k);
 
 struct Polyphase {
   int q;  // tapsLen / upFactor

@@ -8,16 +8,7 @@
 
 namespace ryx::fir {
 
-namespace {
-thread_local int tFailAllocAt = 0;
-}
-
-void failStateAllocAt(int k) { tFailAllocAt = k; }
-
-void* stateAlloc(unsigned bytes) {
-  if (tFailAllocAt > 0 && --tFailAllocAt == 0) return nullptr;
-  return ryxMalloc(bytes);
-}
+void* stateAlloc(unsigned bytes) { return ryxMalloc(bytes); }
 
 namespace {
 

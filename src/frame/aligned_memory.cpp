@@ -8,11 +8,18 @@
 #include "frame/memory.h"
 #include "ryxcore.h"
 
+// Raw memory for the aligned allocator. Weak, so a test program linked with
+// the static archive can supply its own and inject allocation failures;
+// hidden, so the shared library never offers it.
+extern "C" __attribute__((weak, visibility("hidden"))) void* ownRawAlloc(std::size_t bytes) {
+  return std::malloc(bytes);
+}
+
 namespace ryx {
 
 void* alignedAlloc(std::uint32_t count, std::uint32_t elemSize) {
   const std::uint32_t payload = count * elemSize;  // may wrap: no overflow check
-  void* raw = std::malloc(rawSize(payload));
+  void* raw = ownRawAlloc(rawSize(payload));
   if (raw == nullptr) return nullptr;
   const std::uintptr_t given =
       (reinterpret_cast<std::uintptr_t>(raw) + kAlign - 1 + sizeof(void*)) & ~std::uintptr_t{kAlign - 1};

@@ -4,6 +4,11 @@
 
 #include <cstdint>
 
+#include <cstddef>
+
+// Where the aligned allocator takes its raw blocks (the runtime's malloc).
+extern "C" void* ownRawAlloc(std::size_t bytes);
+
 namespace ryx {
 
 constexpr unsigned kAlign = 32;

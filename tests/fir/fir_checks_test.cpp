@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "fir/firh_core.h"
+#include "alloc_failure.h"
 #include "fir_support.h"
 
 namespace firtest {
@@ -226,13 +227,14 @@ TEST(FirChecks, AllocationFailureFreesAndReports) {
         RyxFirState st{};
         if (live) ryxsFirInit(taps, 4, nullptr, &st);
         RecordReports rec;
-        ryx::fir::failStateAllocAt(failAt);
-        if (multi) {
-          ryxsFirInitMr(taps, 9, nullptr, 2, 1, 3, 0, &st);
-        } else {
-          ryxsFirInit(taps, 9, nullptr, &st);
+        {
+          ryxtest::FailAllocation fail(failAt);
+          if (multi) {
+            ryxsFirInitMr(taps, 9, nullptr, 2, 1, 3, 0, &st);
+          } else {
+            ryxsFirInit(taps, 9, nullptr, &st);
+          }
         }
-        ryx::fir::failStateAllocAt(0);
         ASSERT_EQ(reports().size(), 1u);
         EXPECT_EQ(reports()[0].status, RYX_StsNoMem);
         EXPECT_EQ(reports()[0].context, "Allocation failure");

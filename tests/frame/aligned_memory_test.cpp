@@ -6,7 +6,9 @@
 #include <cstring>
 #include <vector>
 
+#include "alloc_failure_hook.inc"
 #include "frame/memory.h"
+#include "test_support.h"
 #include "ryxcore.h"
 
 namespace {
@@ -137,6 +139,26 @@ TEST(BlockMemory, NullAndEmptyDoNothing) {
   EXPECT_EQ(ownMemmove(buf, buf, 8), buf);
   EXPECT_EQ(ownMemcpy(buf + 1, buf, 0), buf + 1);
   EXPECT_EQ(buf[1], 2);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(AlignedMemory, RawAllocationFailureGivesNullAndNoReport) {
+  ryxtest::ReportCapture capture;
+  {
+    ryxtest::FailAllocation fail(2);
+    void* first = ryxsMalloc(10);
+    EXPECT_NE(first, nullptr);
+    EXPECT_EQ(ryxdMalloc(10), nullptr);
+    EXPECT_EQ(ryxtest::FailAllocation::refused(), 1);
+    ryxFree(first);
+  }
+  EXPECT_EQ(ryxGetErrStatus(), RYX_StsOk);
+  void* p = ryxzMalloc(3);
+  EXPECT_NE(p, nullptr);
+  ryxFree(p);
 }
 
 }  // namespace
