@@ -54,7 +54,8 @@ inline __m256i pairPattern(short lo, short hi) {
 }
 
 // Blocks of 32 words from the start; returns the number of words done.
-template <class Vec>
+// With Stream the stores go around the caches (d must be 32-byte aligned).
+template <bool Stream, class Vec>
 inline std::size_t blocks(const short* a, const short* b, __m256i bv, short* d, std::size_t count, Vec vop) {
   std::size_t i = 0;
   for (; count - i >= 32; i += 32) {
@@ -64,51 +65,77 @@ inline std::size_t blocks(const short* a, const short* b, __m256i bv, short* d, 
     const __m256i b1 = b ? _mm256_loadu_si256(reinterpret_cast<const __m256i*>(b + i + 16)) : bv;
     const __m256i r0 = vop(a0, b0);
     const __m256i r1 = vop(a1, b1);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(d + i), r0);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(d + i + 16), r1);
+    if constexpr (Stream) {
+      _mm256_stream_si256(reinterpret_cast<__m256i*>(d + i), r0);
+      _mm256_stream_si256(reinterpret_cast<__m256i*>(d + i + 16), r1);
+    } else {
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(d + i), r0);
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(d + i + 16), r1);
+    }
   }
   return i;
 }
 
-template <Op K, bool Sat>
+template <Op K, bool Sat, bool Stream>
 std::size_t runW(const short* a, const short* b, short val, short* dst, std::size_t count) {
   auto vop = [](__m256i x, __m256i y) { return realLanes<K, Sat>(x, y); };
-  return b ? blocks(a, b, _mm256_setzero_si256(), dst, count, vop) : blocks(a, nullptr, _mm256_set1_epi16(val), dst, count, vop);
+  return b ? blocks<Stream>(a, b, _mm256_setzero_si256(), dst, count, vop)
+           : blocks<Stream>(a, nullptr, _mm256_set1_epi16(val), dst, count, vop);
 }
 
-template <Op K, bool Sat>
+template <Op K, bool Sat, bool Stream>
 std::size_t runV(const short* a, const short* b, WCplx val, short* dst, std::size_t count) {
   const __m256i bv = b ? _mm256_setzero_si256() : pairPattern(val.re, val.im);
   if constexpr (K == Op::Mpy) {
-    return blocks(a, b, bv, dst, count, [](__m256i x, __m256i y) { return complexMpy<Sat>(x, y); });
+    return blocks<Stream>(a, b, bv, dst, count, [](__m256i x, __m256i y) { return complexMpy<Sat>(x, y); });
   } else {
-    return blocks(a, b, bv, dst, count, [](__m256i x, __m256i y) { return realLanes<K, Sat>(x, y); });
+    return blocks<Stream>(a, b, bv, dst, count, [](__m256i x, __m256i y) { return realLanes<K, Sat>(x, y); });
   }
 }
 
-template <bool Sat>
-std::size_t pickW(Op op, const short* a, const short* b, short val, short* dst, std::size_t count) {
-  switch (op) {
-    case Op::Add: return runW<Op::Add, Sat>(a, b, val, dst, count);
-    case Op::Sub: return runW<Op::Sub, Sat>(a, b, val, dst, count);
-    default: return runW<Op::Mpy, Sat>(a, b, val, dst, count);
+template <bool Complex, bool Stream>
+std::size_t pick(Op op, bool sat, const short* a, const short* b, short val, WCplx cval, short* dst, std::size_t count) {
+  if constexpr (Complex) {
+    switch (op) {
+      case Op::Add: return sat ? runV<Op::Add, true, Stream>(a, b, cval, dst, count) : runV<Op::Add, false, Stream>(a, b, cval, dst, count);
+      case Op::Sub: return sat ? runV<Op::Sub, true, Stream>(a, b, cval, dst, count) : runV<Op::Sub, false, Stream>(a, b, cval, dst, count);
+      default: return sat ? runV<Op::Mpy, true, Stream>(a, b, cval, dst, count) : runV<Op::Mpy, false, Stream>(a, b, cval, dst, count);
+    }
+  } else {
+    switch (op) {
+      case Op::Add: return sat ? runW<Op::Add, true, Stream>(a, b, val, dst, count) : runW<Op::Add, false, Stream>(a, b, val, dst, count);
+      case Op::Sub: return sat ? runW<Op::Sub, true, Stream>(a, b, val, dst, count) : runW<Op::Sub, false, Stream>(a, b, val, dst, count);
+      default: return sat ? runW<Op::Mpy, true, Stream>(a, b, val, dst, count) : runW<Op::Mpy, false, Stream>(a, b, val, dst, count);
+    }
   }
 }
 
-template <bool Sat>
-std::size_t pickV(Op op, const short* a, const short* b, WCplx val, short* dst, std::size_t count) {
-  switch (op) {
-    case Op::Add: return runV<Op::Add, Sat>(a, b, val, dst, count);
-    case Op::Sub: return runV<Op::Sub, Sat>(a, b, val, dst, count);
-    default: return runV<Op::Mpy, Sat>(a, b, val, dst, count);
-  }
+// From this many 16-bit words on, the result no longer fits the caches and
+// the blocks use streaming stores, so the destination's lines are not read
+// in before they are overwritten.
+constexpr std::size_t kStreamFrom = std::size_t{1} << 18;
+
+// Words to process before dst reaches a 32-byte boundary, or -1 when dst is
+// not aligned to whole elements of `unitBytes` (then no streaming).
+inline std::ptrdiff_t streamHead(const short* dst, std::size_t unitBytes) {
+  const auto mis = reinterpret_cast<std::uintptr_t>(dst) & 31;
+  if (mis % unitBytes != 0) return -1;
+  return static_cast<std::ptrdiff_t>(((32 - mis) & 31) / 2);
 }
 
 }  // namespace
 
 void laneKernelW(Op op, bool saturate, const short* a, const short* b, short val, short* dst, int n) {
   const auto count = static_cast<std::size_t>(n);
-  const std::size_t done = saturate ? pickW<true>(op, a, b, val, dst, count) : pickW<false>(op, a, b, val, dst, count);
+  std::size_t done = 0;
+  const std::ptrdiff_t head = count >= kStreamFrom ? streamHead(dst, 2) : -1;
+  if (head >= 0) {
+    if (head > 0) ryx::int16::laneKernelW(op, saturate, a, b, val, dst, static_cast<int>(head));
+    done = head + pick<false, true>(op, saturate, a + head, b ? b + head : nullptr, val, WCplx{}, dst + head, count - head);
+    _mm_sfence();
+  } else {
+    done = pick<false, false>(op, saturate, a, b, val, WCplx{}, dst, count);
+  }
   if (done < count) {
     ryx::int16::laneKernelW(op, saturate, a + done, b ? b + done : nullptr, val, dst + done, static_cast<int>(count - done));
   }
@@ -119,7 +146,16 @@ void laneKernelV(Op op, bool saturate, const WCplx* a, const WCplx* b, WCplx val
   const short* bs = reinterpret_cast<const short*>(b);
   short* ds = reinterpret_cast<short*>(dst);
   const std::size_t count = 2 * static_cast<std::size_t>(n);
-  const std::size_t done = saturate ? pickV<true>(op, as, bs, val, ds, count) : pickV<false>(op, as, bs, val, ds, count);
+  std::size_t done = 0;
+  const std::ptrdiff_t head = count >= kStreamFrom ? streamHead(ds, 4) : -1;
+  if (head >= 0) {
+    const std::size_t h = static_cast<std::size_t>(head);  // whole samples: the offset is a multiple of 4 bytes
+    if (h > 0) ryx::int16::laneKernelV(op, saturate, a, b, val, dst, static_cast<int>(h / 2));
+    done = h + pick<true, true>(op, saturate, as + h, bs ? bs + h : nullptr, 0, val, ds + h, count - h);
+    _mm_sfence();
+  } else {
+    done = pick<true, false>(op, saturate, as, bs, 0, val, ds, count);
+  }
   const std::size_t k = done / 2;  // blocks are whole complex samples
   if (k < static_cast<std::size_t>(n)) {
     ryx::int16::laneKernelV(op, saturate, a + k, b ? b + k : nullptr, val, dst + k, static_cast<int>(n - k));

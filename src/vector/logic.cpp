@@ -108,14 +108,25 @@ void kernel(const short* a, const short* b, short val, short* d, std::size_t cou
   }
 }
 
-// Long arrays go through 256-bit blocks first where the processor has them.
+// Long arrays go through 256-bit blocks first where the processor has them;
+// results beyond the caches' size are stored around them, after a head
+// that brings dst to a 32-byte boundary.
 constexpr std::size_t kWideFrom = 128;
+constexpr std::size_t kStreamFrom = std::size_t{1} << 18;
 
 template <Bit K>
 void dispatch(const short* a, const short* b, short val, short* d, int n) {
   auto count = static_cast<std::size_t>(n);
   if (count >= kWideFrom && cpuHasAvx2()) {
-    const std::size_t done = avx2::blocks(static_cast<int>(K), a, b, val, d, count);
+    const auto mis = reinterpret_cast<std::uintptr_t>(d) & 31;
+    std::size_t done;
+    if (count >= kStreamFrom && mis % 2 == 0) {
+      const std::size_t head = ((32 - mis) & 31) / 2;
+      if (head > 0) kernel<K>(a, b, val, d, head);
+      done = head + avx2::streamBlocks(static_cast<int>(K), a + head, b ? b + head : nullptr, val, d + head, count - head);
+    } else {
+      done = avx2::blocks(static_cast<int>(K), a, b, val, d, count);
+    }
     a += done;
     if (b) b += done;
     d += done;

@@ -11,4 +11,8 @@ namespace ryx::logic::avx2 {
 // words done, the rest is the caller's.
 std::size_t blocks(int op, const short* a, const short* b, short val, short* dst, std::size_t n);
 
+// The same with streaming stores that go around the caches, followed by a
+// store fence; dst must be 32-byte aligned.
+std::size_t streamBlocks(int op, const short* a, const short* b, short val, short* dst, std::size_t n);
+
 }  // namespace ryx::logic::avx2
