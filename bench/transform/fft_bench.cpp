@@ -11,6 +11,8 @@
 #include <benchmark/benchmark.h>
 
 #include <cstring>
+#include <string>
+#include <vector>
 
 #include "ryxcore.h"
 
@@ -123,22 +125,41 @@ void sRealFftw(benchmark::State& state) {
 }
 #endif
 
-void complexOrders(benchmark::internal::Benchmark* b) {
-  for (int o = 4; o <= 20; o += 2) b->Arg(o);
-}
-void realOrders(benchmark::internal::Benchmark* b) {
-  for (int o : {6, 10, 14, 18}) b->Arg(o);
-}
-
-BENCHMARK(cFftRyx)->Name("cFft:ryx")->Apply(complexOrders);
-BENCHMARK(zFftRyx)->Name("zFft:ryx")->Apply(complexOrders);
-BENCHMARK(sRealRyx)->Name("sRealFftlPerm:ryx")->Apply(realOrders);
+// Each ryxcore case is registered right beside its FFTW twin, size by
+// size, so that both see the same machine load.
+void registerAll() {
+  using Fn = void (*)(benchmark::State&);
+  struct Case {
+    const char* name;
+    Fn ryx;
+    Fn peer;
+    std::vector<int> orders;
+  };
 #if defined(RYX_HAVE_FFTW)
-BENCHMARK(cFftFftw)->Name("cFft:fftw")->Apply(complexOrders);
-BENCHMARK(zFftFftw)->Name("zFft:fftw")->Apply(complexOrders);
-BENCHMARK(sRealFftw)->Name("sRealFftlPerm:fftw")->Apply(realOrders);
+  const Fn cPeer = cFftFftw, zPeer = zFftFftw, sPeer = sRealFftw;
+#else
+  const Fn cPeer = nullptr, zPeer = nullptr, sPeer = nullptr;
 #endif
+  const std::vector<Case> cases = {
+      {"cFft", cFftRyx, cPeer, {4, 6, 8, 10, 12, 14, 16, 18, 20}},
+      {"zFft", zFftRyx, zPeer, {4, 6, 8, 10, 12, 14, 16, 18, 20}},
+      {"sRealFftlPerm", sRealRyx, sPeer, {6, 10, 14, 18}},
+  };
+  for (const Case& c : cases) {
+    for (int order : c.orders) {
+      benchmark::RegisterBenchmark((std::string(c.name) + ":ryx").c_str(), c.ryx)->Arg(order);
+      if (c.peer != nullptr) benchmark::RegisterBenchmark((std::string(c.name) + ":fftw").c_str(), c.peer)->Arg(order);
+    }
+  }
+}
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  registerAll();
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}

@@ -12,6 +12,7 @@
 #include "frame/checks.h"
 #include "frame/thread_context.h"
 #include "transform/fft_internal.h"
+#include "transform/fft_kernels.h"
 
 namespace {
 
@@ -143,7 +144,10 @@ void permuteInPlace(void* data, int order, int elemBytes, const std::uint32_t* p
     case 2: permuteInPlaceW<2>(d, order, pairs); break;
     case 4: permuteInPlaceW<4>(d, order, pairs); break;
     case 8: permutePairs8(d, d, order, pairs); break;
-    default: permuteInPlaceW<16>(d, order, pairs); break;
+    default:
+      if (auto wide = ryx::fft::kernels().permute16; wide != nullptr && order >= 3) wide(d, d, order, pairs);
+      else permuteInPlaceW<16>(d, order, pairs);
+      break;
   }
 }
 
@@ -164,7 +168,10 @@ void permuteCopy(const void* src, void* dst, int order, int elemBytes, const std
     case 2: permuteCopyW<2>(s, d, order, pairs); break;
     case 4: permuteCopyW<4>(s, d, order, pairs); break;
     case 8: permutePairs8(s, d, order, pairs); break;
-    default: permuteCopyW<16>(s, d, order, pairs); break;
+    default:
+      if (auto wide = ryx::fft::kernels().permute16; wide != nullptr) wide(s, d, order, pairs);
+      else permuteCopyW<16>(s, d, order, pairs);
+      break;
   }
 }
 

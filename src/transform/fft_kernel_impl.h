@@ -625,6 +625,33 @@ const T* radix4PassWide(T* data, std::size_t nBlocks, std::size_t bq, const T* t
   return tw + (bq * 6 * G);
 }
 
+// Reversal of 16-byte elements by 32-byte units (elements 2i, 2i+1): the
+// same exchanges as the element-wise walk of the pair list.
+inline void permutePairs16Wide(const unsigned char* s, unsigned char* d, int order, const std::uint32_t* list) {
+  const std::size_t half = ((std::size_t{1} << order) / 2) * 16;
+  auto ld = [](const unsigned char* p) { return _mm256_loadu_pd(reinterpret_cast<const double*>(p)); };
+  auto st = [](unsigned char* p, __m256d v) { _mm256_storeu_pd(reinterpret_cast<double*>(p), v); };
+  const std::uint32_t* p = list;
+  for (; *p != 0; p += 2) {
+    const std::size_t i = std::size_t{p[0]} * 8;  // byte offset of element 2i
+    const std::size_t j = std::size_t{p[1]} * 8;
+    const __m256d a = ld(s + i), b = ld(s + half + i), c = ld(s + j), e = ld(s + half + j);
+    st(d + i, _mm256_permute2f128_pd(c, e, 0x20));
+    st(d + half + i, _mm256_permute2f128_pd(c, e, 0x31));
+    st(d + j, _mm256_permute2f128_pd(a, b, 0x20));
+    st(d + half + j, _mm256_permute2f128_pd(a, b, 0x31));
+  }
+  std::size_t i = 0;
+  for (;;) {
+    const __m256d a = ld(s + i), b = ld(s + half + i);
+    st(d + i, _mm256_permute2f128_pd(a, b, 0x20));
+    st(d + half + i, _mm256_permute2f128_pd(a, b, 0x31));
+    ++p;
+    if (*p == 0) break;
+    i = std::size_t{*p} * 8;
+  }
+}
+
 inline void lastPassPairsWide(const float* blocks, float* out, std::size_t n) {
   const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
   for (std::size_t b = 0; b < n / 4; ++b)

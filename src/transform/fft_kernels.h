@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "ryxcore.h"
 
@@ -17,6 +18,9 @@ struct KernelSet {
   void (*sSplitInv)(float*, float*, std::size_t, const float*, float*);
   void (*dSplitFwd)(double*, double*, std::size_t, const double*, double*);
   void (*dSplitInv)(double*, double*, std::size_t, const double*, double*);
+  // Reversal of 16-byte elements by the pair list (order 3 and up), in
+  // place when src equals dst; null where the portable walk is as good.
+  void (*permute16)(const unsigned char*, unsigned char*, int, const std::uint32_t*);
 };
 
 enum class Isa { Sse2 = 0, Avx2 = 1, Avx512 = 2 };

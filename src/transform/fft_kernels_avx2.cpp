@@ -15,6 +15,7 @@ namespace ryx::avx2 {
 const ryx::fft::KernelSet kKernels = {
     &floatKernel<true>,       &floatKernel<false>,       &doubleKernel<true>,       &doubleKernel<false>,
     &floatSplitKernel<true>,  &floatSplitKernel<false>,  &doubleSplitKernel<true>,  &doubleSplitKernel<false>,
+    &permutePairs16Wide,
 };
 
 }  // namespace ryx::avx2

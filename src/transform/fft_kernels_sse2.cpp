@@ -12,6 +12,7 @@ namespace ryx::sse2 {
 const ryx::fft::KernelSet kKernels = {
     &floatKernel<true>,       &floatKernel<false>,       &doubleKernel<true>,       &doubleKernel<false>,
     &floatSplitKernel<true>,  &floatSplitKernel<false>,  &doubleSplitKernel<true>,  &doubleSplitKernel<false>,
+    nullptr,
 };
 
 }  // namespace ryx::sse2
