@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "frame/checks.h"
+#include "frame/cpu_dispatch.h"
 #include "vector/int16_kernels.h"
 
 namespace ryx::int16 {
@@ -20,14 +21,14 @@ constexpr const char* kStem = "ryxaritw";
 constexpr int kWideFrom = 64;
 
 inline void laneKernel(Op op, bool sat, const short* a, const short* b, short v, short* d, int n) {
-  if (n >= kWideFrom && cpuHasAvx2()) {
+  if (n >= kWideFrom && cpu::allows(cpu::Isa::Avx2)) {
     avx2::laneKernelW(op, sat, a, b, v, d, n);
   } else {
     laneKernelW(op, sat, a, b, v, d, n);
   }
 }
 inline void laneKernel(Op op, bool sat, const WCplx* a, const WCplx* b, WCplx v, WCplx* d, int n) {
-  if (n >= kWideFrom / 2 && cpuHasAvx2()) {
+  if (n >= kWideFrom / 2 && cpu::allows(cpu::Isa::Avx2)) {
     avx2::laneKernelV(op, sat, a, b, v, d, n);
   } else {
     laneKernelV(op, sat, a, b, v, d, n);

@@ -37,7 +37,4 @@ void laneKernelW(Op op, bool saturate, const short* a, const short* b, short val
 void laneKernelV(Op op, bool saturate, const WCplx* a, const WCplx* b, WCplx val, WCplx* dst, int n);
 }  // namespace avx2
 
-// True when the processor running us has AVX2 (asked once).
-bool cpuHasAvx2();
-
 }  // namespace ryx::int16

@@ -173,9 +173,4 @@ void laneKernelV(Op op, bool saturate, const WCplx* a, const WCplx* b, WCplx val
   }
 }
 
-bool cpuHasAvx2() {
-  static const bool has = __builtin_cpu_supports("avx2");
-  return has;
-}
-
 }  // namespace ryx::int16

@@ -14,6 +14,7 @@
 #include <cstring>
 
 #include "frame/checks.h"
+#include "frame/cpu_dispatch.h"
 #include "vector/logic_kernels.h"
 #include "ryxcore.h"
 
@@ -89,11 +90,6 @@ void wordRun(const short* a, const short* b, short* d, std::size_t n) {
   if (i < n) d[i] = word<K>(a[i], b[i]);
 }
 
-bool cpuHasAvx2() {
-  static const bool has = __builtin_cpu_supports("avx2");
-  return has;
-}
-
 // The baseline 128-bit kernel.
 template <Bit K>
 void kernel(const short* a, const short* b, short val, short* d, std::size_t count) {
@@ -117,7 +113,7 @@ constexpr std::size_t kStreamFrom = std::size_t{1} << 18;
 template <Bit K>
 void dispatch(const short* a, const short* b, short val, short* d, int n) {
   auto count = static_cast<std::size_t>(n);
-  if (count >= kWideFrom && cpuHasAvx2()) {
+  if (count >= kWideFrom && cpu::allows(cpu::Isa::Avx2)) {
     const auto mis = reinterpret_cast<std::uintptr_t>(d) & 31;
     std::size_t done;
     if (count >= kStreamFrom && mis % 2 == 0) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "frame/cpu_dispatch.h"
 #include "test_support.h"
 
 namespace {
@@ -32,7 +33,13 @@ short bitOp(int op, short a, short b) {
   return static_cast<short>(r);
 }
 
-TEST(LogicBitwise, EveryShapeLengthAndAlignment) {
+class LogicBitwise : public ::testing::TestWithParam<ryx::cpu::Isa> {
+ protected:
+  void SetUp() override { ryx::cpu::setCap(GetParam()); }
+  void TearDown() override { ryx::cpu::setCap(ryx::cpu::Isa::Avx512); }
+};
+
+TEST_P(LogicBitwise, EveryShapeLengthAndAlignment) {
   Random rng(31);
   // 1..40 for head, blocks and tail; longer ones also take the wide blocks.
   std::vector<int> lengths;
@@ -71,7 +78,10 @@ TEST(LogicBitwise, EveryShapeLengthAndAlignment) {
   }
 }
 
-TEST(LogicBitwise, SourceOneWordOffTheBoundaryMatchesAligned) {
+INSTANTIATE_TEST_SUITE_P(Logic, LogicBitwise, ::testing::Values(ryx::cpu::Isa::Sse2, ryx::cpu::Isa::Avx2),
+                         [](const auto& info) { return info.param == ryx::cpu::Isa::Sse2 ? "sse2" : "avx2"; });
+
+TEST(LogicWords, SourceOneWordOffTheBoundaryMatchesAligned) {
   Guarded<short> src(20, 2), dst(20, 0), ref(20, 0), srcAligned(20, 0);
   for (int i = 0; i < 20; ++i) {
     src[i] = srcAligned[i] = static_cast<short>(0x1234 * (i + 1));
@@ -82,7 +92,7 @@ TEST(LogicBitwise, SourceOneWordOffTheBoundaryMatchesAligned) {
   for (int i = 0; i < 20; ++i) EXPECT_EQ(dst[i], ref[i]);
 }
 
-TEST(LogicBitwise, NotIsComplement) {
+TEST(LogicWords, NotIsComplement) {
   short d[3] = {0, -1, 0x1234};
   ryxwbNot(d, 3);
   EXPECT_EQ(d[0], -1);
