@@ -34,67 +34,137 @@ inline void tableAB(const T* tbl, std::uint32_t k, bool grouped, T& a, T& b) {
   }
 }
 
+// Column formulas of the two recombinations, written once for scalars and
+// for 128-bit vectors of four columns (the same operations per lane).
+// Inputs: column k (kr, ki) and its partner p = m-k (pr, pi), table
+// constants a, b; outputs: the new column k and partner.
+struct RealColumns {
+  template <class X>
+  static void apply(int sign, X kr, X ki, X pr, X pi, X a, X b, X* out) {
+    const X dr = kr - pr, si = ki + pi;
+    if (sign >= 1) {
+      const X t1 = a * si + b * dr;
+      const X t2 = b * si - a * dr;
+      out[0] = pr + t1;
+      out[1] = t2 - pi;
+      out[2] = kr - t1;
+      out[3] = t2 - ki;
+    } else {
+      const X t1 = a * si - b * dr;
+      const X t2 = b * si + a * dr;
+      out[0] = kr + t1;
+      out[1] = ki - t2;
+      out[2] = pr - t1;
+      out[3] = pi - t2;
+    }
+  }
+};
+
+struct CcsColumns {
+  template <class X>
+  static void apply(int sign, X kr, X ki, X pr, X pi, X a, X b, X* out) {
+    const X sr = kr + pr, di = ki - pi, dr = kr - pr, si = ki + pi;
+    if (sign >= 1) {
+      const X t1 = b * dr + a * si;
+      const X t2 = a * dr - b * si;
+      out[0] = sr - t1;
+      out[1] = di + t2;
+      out[2] = sr + t1;
+      out[3] = t2 - di;
+    } else {
+      const X t1 = b * dr - a * si;
+      const X t2 = b * si + a * dr;
+      out[0] = sr + t1;
+      out[1] = di + t2;
+      out[2] = sr - t1;
+      out[3] = t2 - di;
+    }
+  }
+};
+
+using V4 = float __attribute__((vector_size(16)));
+using I4 = int __attribute__((vector_size(16)));
+
+inline V4 load4(const float* p) {
+  V4 v;
+  std::memcpy(&v, p, sizeof v);
+  return v;
+}
+inline void store4(float* p, V4 v) { std::memcpy(p, &v, sizeof v); }
+
+// Columns 1 .. m/2-1 with their partners, from `src` to `dst` (which may
+// be the same array). Float above m = 4 takes four columns per round, the
+// table's four A and four B read as two vectors, the partners read and
+// written in reverse lane order; the last lane of the last round is the
+// middle column, whose stores are skipped. Everything else is scalar.
+template <class Cols, class T>
+void sweep(const T* src, T* dst, std::uint32_t m, int sign, const T* tbl) {
+  const bool grouped = sizeof(T) == 4 && m > 4;
+  if constexpr (sizeof(T) == 4) {
+    if (grouped) {
+      for (std::uint32_t k0 = 1; k0 <= m / 2; k0 += 4) {
+        const std::uint32_t q = m - k0 - 3;  // lowest partner of the round
+        const V4 k01 = load4(src + 2 * k0), k23 = load4(src + 2 * k0 + 4);
+        const V4 q01 = load4(src + 2 * q), q23 = load4(src + 2 * q + 4);
+        const V4 kr = __builtin_shuffle(k01, k23, I4{0, 2, 4, 6});
+        const V4 ki = __builtin_shuffle(k01, k23, I4{1, 3, 5, 7});
+        const V4 pr = __builtin_shuffle(q01, q23, I4{6, 4, 2, 0});
+        const V4 pi = __builtin_shuffle(q01, q23, I4{7, 5, 3, 1});
+        const float* g = tbl + 8 * ((k0 - 1) / 4);
+        V4 out[4];
+        Cols::apply(sign, kr, ki, pr, pi, load4(g), load4(g + 4), out);
+        const V4 nk01 = __builtin_shuffle(out[0], out[1], I4{0, 4, 1, 5});
+        const V4 nk23 = __builtin_shuffle(out[0], out[1], I4{2, 6, 3, 7});
+        const V4 nq01 = __builtin_shuffle(out[2], out[3], I4{3, 7, 2, 6});
+        const V4 nq23 = __builtin_shuffle(out[2], out[3], I4{1, 5, 0, 4});
+        if (k0 + 3 < m / 2) {
+          store4(dst + 2 * k0, nk01);
+          store4(dst + 2 * k0 + 4, nk23);
+          store4(dst + 2 * q, nq01);
+          store4(dst + 2 * q + 4, nq23);
+        } else {
+          // Last round: lanes 0..2 only (k0 .. k0+2 and their partners).
+          store4(dst + 2 * k0, nk01);
+          std::memcpy(dst + 2 * k0 + 4, &nk23, 2 * sizeof(float));
+          std::memcpy(dst + 2 * q + 2, reinterpret_cast<const float*>(&nq01) + 2, 2 * sizeof(float));
+          store4(dst + 2 * q + 4, nq23);
+        }
+      }
+      return;
+    }
+  }
+  for (std::uint32_t k = 1; k < m / 2; ++k) {
+    const std::uint32_t p = m - k;
+    T a, b;
+    tableAB(tbl, k, grouped, a, b);
+    T out[4];
+    Cols::apply(sign, src[2 * k], src[2 * k + 1], src[2 * p], src[2 * p + 1], a, b, out);
+    dst[2 * k] = out[0];
+    dst[2 * k + 1] = out[1];
+    dst[2 * p] = out[2];
+    dst[2 * p + 1] = out[3];
+  }
+}
+
 // Z to X in place for k = 1 .. m-1, with A = cos/2 and B = (1 - sin)/2:
 // for k below m/2 the column and its partner p = m-k together, then the
 // middle column m/2, whose imaginary part flips sign in the forward sense.
 template <class T>
 void realRecombine(T* d, std::uint32_t m, int sign, const T* tbl) {
   if (m < 2) return;
-  const bool grouped = sizeof(T) == 4 && m > 4;
-  for (std::uint32_t k = 1; k < m / 2; ++k) {
-    const std::uint32_t p = m - k;
-    T a, b;
-    tableAB(tbl, k, grouped, a, b);
-    const T zkr = d[2 * k], zki = d[2 * k + 1], zpr = d[2 * p], zpi = d[2 * p + 1];
-    const T dr = zkr - zpr, si = zki + zpi;
-    if (sign >= 1) {
-      const T t1 = a * si + b * dr;
-      const T t2 = b * si - a * dr;
-      d[2 * k] = zpr + t1;
-      d[2 * k + 1] = t2 - zpi;
-      d[2 * p] = zkr - t1;
-      d[2 * p + 1] = t2 - zki;
-    } else {
-      const T t1 = a * si - b * dr;
-      const T t2 = b * si + a * dr;
-      d[2 * k] = zkr + t1;
-      d[2 * k + 1] = zki - t2;
-      d[2 * p] = zpr - t1;
-      d[2 * p + 1] = zpi - t2;
-    }
-  }
+  sweep<RealColumns>(d, d, m, sign, tbl);
   if (sign >= 1) d[m + 1] = -d[m + 1];
 }
 
 // X to 2*Z for k = 1 .. m-1, A = cos, B = -sin; `src` may equal `dst`.
+// The middle column is X[m/2] times (2, 2) forward, (2, -2) inverse.
 template <class T>
 void ccsRecombine(const T* src, T* dst, std::uint32_t m, int sign, const T* tbl) {
   if (m < 2) return;
-  const bool grouped = sizeof(T) == 4 && m > 4;
-  for (std::uint32_t k = 1; k < m / 2; ++k) {
-    const std::uint32_t p = m - k;
-    T a, b;
-    tableAB(tbl, k, grouped, a, b);
-    const T xkr = src[2 * k], xki = src[2 * k + 1], xpr = src[2 * p], xpi = src[2 * p + 1];
-    const T sr = xkr + xpr, di = xki - xpi, dr = xkr - xpr, si = xki + xpi;
-    if (sign >= 1) {
-      const T t1 = b * dr + a * si;
-      const T t2 = a * dr - b * si;
-      dst[2 * k] = sr - t1;
-      dst[2 * k + 1] = di + t2;
-      dst[2 * p] = sr + t1;
-      dst[2 * p + 1] = t2 - di;
-    } else {
-      const T t1 = b * dr - a * si;
-      const T t2 = b * si + a * dr;
-      dst[2 * k] = sr + t1;
-      dst[2 * k + 1] = di + t2;
-      dst[2 * p] = sr - t1;
-      dst[2 * p + 1] = t2 - di;
-    }
-  }
-  dst[m] = src[m] * T(2);
-  dst[m + 1] = src[m + 1] * (sign >= 1 ? T(2) : T(-2));
+  const T mr = src[m], mi = src[m + 1];
+  sweep<CcsColumns>(src, dst, m, sign, tbl);
+  dst[m] = mr * T(2);
+  dst[m + 1] = mi * (sign >= 1 ? T(2) : T(-2));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "fft_reference.h"
 #include "test_support.h"
+#include "transform/fft_internal.h"
 
 namespace {
 
@@ -339,6 +340,99 @@ TEST(PackedProducts, CircularConvolutionThroughPackedSpectra) {
     }
   }
   EXPECT_TRUE(capture.reports().empty());
+}
+
+}  // namespace
+
+namespace {
+
+using namespace ryxtest;
+
+// The recombinations against their column formulas written out here in
+// scalar float arithmetic, column by column: the four-column rounds of the
+// library must give the same bits, the middle column included.
+TEST(Recombination, FloatRoundsMatchTheColumnFormulas) {
+  for (int order = 2; order <= 12; ++order) {
+    const std::uint32_t n = 1u << order, m = n / 2;
+    const float* rt = ownsGetRealTwd(order);
+    const float* ct = ownsGetCcsTwd(order);
+    ASSERT_NE(rt, nullptr);
+    ASSERT_NE(ct, nullptr);
+    auto ab = [&](const float* t, std::uint32_t k, float& a, float& b) {
+      if (n > 8) {
+        a = t[8 * ((k - 1) / 4) + (k - 1) % 4];
+        b = t[8 * ((k - 1) / 4) + 4 + (k - 1) % 4];
+      } else {
+        a = t[2 * k];
+        b = t[2 * k + 1];
+      }
+    };
+    Random rng(order);
+    std::vector<float> z(n);
+    rng.fill(z.data(), static_cast<int>(n));
+    for (int sign : {1, -1}) {
+      SCOPED_TRACE(testing::Message() << "order " << order << " sign " << sign);
+      std::vector<float> want = z;
+      for (std::uint32_t k = 1; k < m / 2; ++k) {
+        const std::uint32_t p = m - k;
+        float a, b;
+        ab(rt, k, a, b);
+        const float kr = z[2 * k], ki = z[2 * k + 1], pr = z[2 * p], pi = z[2 * p + 1];
+        const float dr = kr - pr, si = ki + pi;
+        if (sign == 1) {
+          const float t1 = a * si + b * dr, t2 = b * si - a * dr;
+          want[2 * k] = pr + t1;
+          want[2 * k + 1] = t2 - pi;
+          want[2 * p] = kr - t1;
+          want[2 * p + 1] = t2 - ki;
+        } else {
+          const float t1 = a * si - b * dr, t2 = b * si + a * dr;
+          want[2 * k] = kr + t1;
+          want[2 * k + 1] = ki - t2;
+          want[2 * p] = pr - t1;
+          want[2 * p + 1] = pi - t2;
+        }
+      }
+      if (sign == 1 && m >= 2) want[m + 1] = -z[m + 1];
+      std::vector<float> got = z;
+      ownsRealRecombine(got.data(), m, sign, rt);
+      EXPECT_TRUE(sameBits(got.data(), want.data(), static_cast<int>(n)));
+
+      std::vector<float> cwant = z;
+      for (std::uint32_t k = 1; k < m / 2; ++k) {
+        const std::uint32_t p = m - k;
+        float a, b;
+        ab(ct, k, a, b);
+        const float kr = z[2 * k], ki = z[2 * k + 1], pr = z[2 * p], pi = z[2 * p + 1];
+        const float sr = kr + pr, di = ki - pi, dr = kr - pr, si = ki + pi;
+        if (sign == 1) {
+          const float t1 = b * dr + a * si, t2 = a * dr - b * si;
+          cwant[2 * k] = sr - t1;
+          cwant[2 * k + 1] = di + t2;
+          cwant[2 * p] = sr + t1;
+          cwant[2 * p + 1] = t2 - di;
+        } else {
+          const float t1 = b * dr - a * si, t2 = b * si + a * dr;
+          cwant[2 * k] = sr + t1;
+          cwant[2 * k + 1] = di + t2;
+          cwant[2 * p] = sr - t1;
+          cwant[2 * p + 1] = t2 - di;
+        }
+      }
+      if (m >= 2) {
+        cwant[m] = z[m] * 2.0f;
+        cwant[m + 1] = z[m + 1] * (sign == 1 ? 2.0f : -2.0f);
+      }
+      std::vector<float> cgot(n, 0.0f);
+      cgot[0] = z[0];
+      cgot[1] = z[1];
+      ownsCcsRecombine(z.data(), cgot.data(), m, sign, ct);
+      EXPECT_TRUE(sameBits(cgot.data(), cwant.data(), static_cast<int>(n)));
+      std::vector<float> inPlace = z;
+      ownsCcsRecombine(inPlace.data(), inPlace.data(), m, sign, ct);
+      EXPECT_TRUE(sameBits(inPlace.data(), cwant.data(), static_cast<int>(n)));
+    }
+  }
 }
 
 }  // namespace
