@@ -19,8 +19,7 @@ struct Precision<float> {
   static constexpr int kScratchKept = kFloatScratchKept;
   static float* getRadix(int order) { return ownsGetFftRadixTwd(order); }
   // The table getRadix would yield when it is already built, else null.
-  static const float* cachedRadix(int order) {
-    const RyxThreadContext* c = ryxGetThreadContext();
+  static const float* cachedRadix(const RyxThreadContext* c, int order) {
     if (order < 0 || order > 31) return nullptr;
     if (order <= kFloatKernelOrder) return static_cast<const float*>(c->sFftRadixTwd[order]);
     if (c->sFftRadixTwd[kFloatKernelOrder] == nullptr) return nullptr;
@@ -55,8 +54,7 @@ struct Precision<double> {
   static constexpr const char* kStem = "ryxfftd";
   static constexpr int kScratchKept = kDoubleScratchKept;
   static double* getRadix(int order) { return owndGetFftRadixTwd(order); }
-  static const double* cachedRadix(int order) {
-    const RyxThreadContext* c = ryxGetThreadContext();
+  static const double* cachedRadix(const RyxThreadContext* c, int order) {
     if (order < 0 || order > 31) return nullptr;
     if (order <= kDoubleKernelOrder) return static_cast<const double*>(c->dFftRadixTwd[order]);
     if (c->dFftRadixTwd[kDoubleKernelOrder] == nullptr) return nullptr;
@@ -93,8 +91,9 @@ struct Precision<double> {
 template <class T, class Extra>
 bool fetchTables(const Site& site, int order, const T*& radix, const std::uint32_t*& pairs, Extra extra) {
   // Fast path: everything of this order already cached.
-  if (const T* cached = Precision<T>::cachedRadix(order)) {
-    const void* list = ryxGetThreadContext()->bitRevPairs[order];
+  const RyxThreadContext* ctx = ryxGetThreadContext();
+  if (const T* cached = Precision<T>::cachedRadix(ctx, order)) {
+    const void* list = ctx->bitRevPairs[order];
     if (list != nullptr && extra()) {
       radix = cached;
       pairs = static_cast<const std::uint32_t*>(list);
