@@ -592,12 +592,23 @@ inline V wideMul(V x, V wr, V wi, V low, V high) {
   return p1 + Wide::flip(p2, Fwd ? low : high);
 }
 
-template <class T, bool Fwd>
-const T* radix4PassWide(T* data, std::size_t nBlocks, std::size_t bq, const T* tw) {
+// A block in (re, im) pair order: the last pass's rearrangement.
+inline __m256 toPairs(__m256 v) { return _mm256_permutevar8x32_ps(v, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)); }
+inline __m256d toPairs(__m256d v) { return _mm256_permute4x64_pd(v, 0xD8); }
+
+// With ToPairs the pass is the kernel's final one and stores each block
+// straight in pair order at the same place of `out` (the last pass folded
+// into it: the same values, one sweep less).
+template <class T, bool Fwd, bool ToPairs = false>
+const T* radix4PassWide(T* data, std::size_t nBlocks, std::size_t bq, const T* tw, T* out = nullptr) {
   constexpr int G = VecOf<T>::kLanes;
   constexpr std::size_t B = 2 * G;  // elements per block
   using V = Vec256<T>;
   const V low = Wide::signLow(T{}), high = Wide::signHigh(T{});
+  auto put = [&](T* at, V v) {
+    if constexpr (ToPairs) Wide::store(out + (at - data), toPairs(v));
+    else Wide::store(at, v);
+  };
   for (std::size_t g = 0; g < nBlocks; g += 4 * bq) {
     const T* t = tw;
     T* p = data + g * B;
@@ -611,14 +622,14 @@ const T* radix4PassWide(T* data, std::size_t nBlocks, std::size_t bq, const T* t
       // -i(C-D) = (vi, -vr): the half-swapped difference with the imaginary
       // half negated.
       const V mi = Wide::flip(Wide::swap(cmd), high);
-      Wide::store(p, apb + cpd);
-      Wide::store(p + 2 * qs, apb - cpd);
+      put(p, apb + cpd);
+      put(p + 2 * qs, apb - cpd);
       if constexpr (Fwd) {
-        Wide::store(p + qs, amb + mi);
-        Wide::store(p + 3 * qs, amb - mi);
+        put(p + qs, amb + mi);
+        put(p + 3 * qs, amb - mi);
       } else {
-        Wide::store(p + qs, amb - mi);
-        Wide::store(p + 3 * qs, amb + mi);
+        put(p + qs, amb - mi);
+        put(p + 3 * qs, amb + mi);
       }
     }
   }
@@ -664,16 +675,22 @@ inline void lastPassPairsWide(const double* blocks, double* out, std::size_t n) 
 #endif
 
 // The passes after the first stage, shared by all kernels of a precision.
+// Returns true when the final pass already wrote pairs to `pairsOut`
+// (interleaved kernels on the wide path), so no last pass is needed.
 template <class T, bool Fwd, int Step>
-void radixPasses(T* re, T* im, std::size_t n, const T* tw, std::size_t firstM) {
+bool radixPasses(T* re, T* im, std::size_t n, const T* tw, std::size_t firstM, T* pairsOut) {
   constexpr int G = VecOf<T>::kLanes;
 #if defined(__AVX2__)
   if constexpr (Step == 2 * G) {
-    for (std::size_t m = firstM; m <= n; m *= 4) tw = radix4PassWide<T, Fwd>(re, n / G, m / 4 / G, tw);
-    return;
+    if (firstM > n) return false;
+    std::size_t m = firstM;
+    for (; m < n; m *= 4) tw = radix4PassWide<T, Fwd>(re, n / G, m / 4 / G, tw);
+    radix4PassWide<T, Fwd, true>(re, n / G, m / 4 / G, tw, pairsOut);
+    return true;
   }
 #endif
   for (std::size_t m = firstM; m <= n; m *= 4) tw = radix4Pass<T, Fwd, Step>(re, im, n / G, m / 4 / G, tw);
+  return false;
 }
 
 template <class T>
@@ -698,14 +715,15 @@ void floatKernel(SCplx* samps, std::size_t n, const float* tbl, SCplx* work) {
   float* d = work != nullptr ? reinterpret_cast<float*>(work) : x;
   const PairSource<float> src{x};
   const float* tw = tbl;
+  bool paired;
   if (order & 1) {
     firstStageR8<Fwd, 8>(src, d, d + 4, n);
-    radixPasses<float, Fwd, 8>(d, d + 4, n, tw, 32);
+    paired = radixPasses<float, Fwd, 8>(d, d + 4, n, tw, 32, x);
   } else {
     firstStageR16<Fwd, 8>(src, d, d + 4, n, tw);
-    radixPasses<float, Fwd, 8>(d, d + 4, n, tw + 24, 64);
+    paired = radixPasses<float, Fwd, 8>(d, d + 4, n, tw + 24, 64, x);
   }
-  lastPass(d, x, n);
+  if (!paired) lastPass(d, x, n);
 }
 
 template <bool Fwd>
@@ -720,10 +738,10 @@ void floatSplitKernel(float* re, float* im, std::size_t n, const float* tbl, flo
   const SplitSource<float> src{re, im};
   if (order & 1) {
     firstStageR8<Fwd, 4>(src, dr, di, n);
-    radixPasses<float, Fwd, 4>(dr, di, n, tbl, 32);
+    radixPasses<float, Fwd, 4>(dr, di, n, tbl, 32, nullptr);
   } else {
     firstStageR16<Fwd, 4>(src, dr, di, n, tbl);
-    radixPasses<float, Fwd, 4>(dr, di, n, tbl + 24, 64);
+    radixPasses<float, Fwd, 4>(dr, di, n, tbl + 24, 64, nullptr);
   }
   if (work != nullptr) {
     for (std::size_t k = 0; k < n; k += 4) {
@@ -739,13 +757,14 @@ void doubleKernel(DCplx* samps, std::size_t n, const double* tbl, DCplx* work) {
   const int order = log2Of(n);
   double* d = work != nullptr ? reinterpret_cast<double*>(work) : x;
   firstStageR4<Fwd, 4>(PairSource<double>{x}, d, d + 2, n);
+  bool paired;
   if (order & 1) {
     radix2PassDouble<Fwd, 4>(d, d + 2, n / 2);
-    radixPasses<double, Fwd, 4>(d, d + 2, n, tbl, 32);
+    paired = radixPasses<double, Fwd, 4>(d, d + 2, n, tbl, 32, x);
   } else {
-    radixPasses<double, Fwd, 4>(d, d + 2, n, tbl, 16);
+    paired = radixPasses<double, Fwd, 4>(d, d + 2, n, tbl, 16, x);
   }
-  lastPass(d, x, n);
+  if (!paired) lastPass(d, x, n);
 }
 
 template <bool Fwd>
@@ -756,9 +775,9 @@ void doubleSplitKernel(double* re, double* im, std::size_t n, const double* tbl,
   firstStageR4<Fwd, 2>(SplitSource<double>{re, im}, dr, di, n);
   if (order & 1) {
     radix2PassDouble<Fwd, 2>(dr, di, n / 2);
-    radixPasses<double, Fwd, 2>(dr, di, n, tbl, 32);
+    radixPasses<double, Fwd, 2>(dr, di, n, tbl, 32, nullptr);
   } else {
-    radixPasses<double, Fwd, 2>(dr, di, n, tbl, 16);
+    radixPasses<double, Fwd, 2>(dr, di, n, tbl, 16, nullptr);
   }
   if (work != nullptr) {
     for (std::size_t k = 0; k < n; k += 2) {
