@@ -449,7 +449,33 @@ void firstStageR4(const Src& src, double* re, double* im, std::size_t n) {
       __builtin_memcpy(&out, &bits, 16);
       return out;
     };
-    for (std::size_t run = 0; run < n; run += 4) {
+    std::size_t first = 0;
+#if defined(__AVX2__)
+    if constexpr (Step == 4) {
+      // Two runs per round, run 0 in the low halves, run 1 in the high ones.
+      const __m256d negHigh2 = _mm256_setr_pd(0.0, -0.0, 0.0, -0.0);
+      auto pair = [](const double* lo, const double* hi) {
+        return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(lo)), _mm_loadu_pd(hi), 1);
+      };
+      for (; first + 8 <= n; first += 8) {
+        const double* p = src.p + 2 * first;
+        const __m256d a = pair(p, p + 8), b = pair(p + 2, p + 10), c = pair(p + 4, p + 12), d = pair(p + 6, p + 14);
+        const __m256d s = a + b, t = a - b, u = c + d, v = c - d;
+        const __m256d mv = _mm256_xor_pd(_mm256_permute_pd(v, 0x5), negHigh2);  // (vi, -vr) per run
+        const __m256d o0 = s + u, o2 = s - u;
+        const __m256d o1 = Fwd ? t + mv : t - mv;
+        const __m256d o3 = Fwd ? t - mv : t + mv;
+        const __m256d r01 = _mm256_unpacklo_pd(o0, o1), i01 = _mm256_unpackhi_pd(o0, o1);
+        const __m256d r23 = _mm256_unpacklo_pd(o2, o3), i23 = _mm256_unpackhi_pd(o2, o3);
+        double* b0 = re + (first / 2) * Step;  // run 0: blocks 0, 1; run 1: blocks 2, 3
+        _mm256_storeu_pd(b0, _mm256_permute2f128_pd(r01, i01, 0x20));
+        _mm256_storeu_pd(b0 + Step, _mm256_permute2f128_pd(r23, i23, 0x20));
+        _mm256_storeu_pd(b0 + 2 * Step, _mm256_permute2f128_pd(r01, i01, 0x31));
+        _mm256_storeu_pd(b0 + 3 * Step, _mm256_permute2f128_pd(r23, i23, 0x31));
+      }
+    }
+#endif
+    for (std::size_t run = first; run < n; run += 4) {
       const double* p = src.p + 2 * run;
       const V a = loadu(p), b = loadu(p + 2), c = loadu(p + 4), d = loadu(p + 6);
       const V s = a + b, t = a - b, u = c + d, v = c - d;
