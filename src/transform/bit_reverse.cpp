@@ -141,12 +141,20 @@ void permuteInPlace(void* data, int order, int elemBytes, const std::uint32_t* p
   if (order < 2) return;
   auto* d = static_cast<unsigned char*>(data);
   switch (elemBytes) {
-    case 2: permuteInPlaceW<2>(d, order, pairs); break;
-    case 4: permuteInPlaceW<4>(d, order, pairs); break;
-    case 8: permutePairs8(d, d, order, pairs); break;
+    case 2:
+      permuteInPlaceW<2>(d, order, pairs);
+      break;
+    case 4:
+      permuteInPlaceW<4>(d, order, pairs);
+      break;
+    case 8:
+      permutePairs8(d, d, order, pairs);
+      break;
     default:
-      if (auto wide = ryx::fft::kernels().permute16; wide != nullptr && order >= 3) wide(d, d, order, pairs);
-      else permuteInPlaceW<16>(d, order, pairs);
+      if (auto wide = ryx::fft::kernels().permute16; wide != nullptr && order >= 3)
+        wide(d, d, order, pairs);
+      else
+        permuteInPlaceW<16>(d, order, pairs);
       break;
   }
 }
@@ -157,20 +165,36 @@ void permuteCopy(const void* src, void* dst, int order, int elemBytes, const std
   const std::uint32_t n = static_cast<std::uint32_t>(std::uint64_t{1} << order);
   if (order < 3) {
     switch (elemBytes) {
-      case 2: copySmall<2>(s, d, n); break;
-      case 4: copySmall<4>(s, d, n); break;
-      case 8: copySmall<8>(s, d, n); break;
-      default: copySmall<16>(s, d, n); break;
+      case 2:
+        copySmall<2>(s, d, n);
+        break;
+      case 4:
+        copySmall<4>(s, d, n);
+        break;
+      case 8:
+        copySmall<8>(s, d, n);
+        break;
+      default:
+        copySmall<16>(s, d, n);
+        break;
     }
     return;
   }
   switch (elemBytes) {
-    case 2: permuteCopyW<2>(s, d, order, pairs); break;
-    case 4: permuteCopyW<4>(s, d, order, pairs); break;
-    case 8: permutePairs8(s, d, order, pairs); break;
+    case 2:
+      permuteCopyW<2>(s, d, order, pairs);
+      break;
+    case 4:
+      permuteCopyW<4>(s, d, order, pairs);
+      break;
+    case 8:
+      permutePairs8(s, d, order, pairs);
+      break;
     default:
-      if (auto wide = ryx::fft::kernels().permute16; wide != nullptr) wide(s, d, order, pairs);
-      else permuteCopyW<16>(s, d, order, pairs);
+      if (auto wide = ryx::fft::kernels().permute16; wide != nullptr)
+        wide(s, d, order, pairs);
+      else
+        permuteCopyW<16>(s, d, order, pairs);
       break;
   }
 }
@@ -204,8 +228,9 @@ void bitRev1(const char* name, T* vec, int order) {
 
 template <class T>
 void bitRev2(const char* name, const T* src, T* dst, int order) {
-  if (!ryx::passFirst({name, kStem},
-                      {{order < 0, "order<0"}, {order > 31, "order>31"}, {src == nullptr, "src==0"}, {dst == nullptr, "dst==0"}}))
+  if (!ryx::passFirst(
+          {name, kStem},
+          {{order < 0, "order<0"}, {order > 31, "order>31"}, {src == nullptr, "src==0"}, {dst == nullptr, "dst==0"}}))
     return;
   if (order < 3) {
     ryx::fft::permuteCopy(src, dst, order, sizeof(T), nullptr);
@@ -232,7 +257,8 @@ RYXAPI int ryxBitRev(int a, int order) {
 }
 
 RYXAPI void ryxCalcBitRevTbl(int* tbl, int order) {
-  if (!ryx::passFirst({__func__, kStem}, {{order < 0, "order<0"}, {order > 31, "order>31"}, {tbl == nullptr, "tbl==0"}}))
+  if (!ryx::passFirst({__func__, kStem},
+                      {{order < 0, "order<0"}, {order > 31, "order>31"}, {tbl == nullptr, "tbl==0"}}))
     return;
   const std::uint32_t n = static_cast<std::uint32_t>(std::uint64_t{1} << order);
   tbl[n - 1] = static_cast<int>(n - 1);

@@ -81,8 +81,10 @@ void complexFft(const char* name, Arrays<T> a, int order, int flags, std::initia
   if (order == 0) {
     if (Nip) {
       a.outRe[0] = a.inRe[0];
-      if (Split) a.outIm[0] = a.inIm[0];
-      else a.outRe[1] = a.inRe[1];
+      if (Split)
+        a.outIm[0] = a.inIm[0];
+      else
+        a.outRe[1] = a.inRe[1];
     }
     return;
   }
@@ -107,8 +109,10 @@ void complexFft(const char* name, Arrays<T> a, int order, int flags, std::initia
   }
 
   const int sign = (flags & RYX_Forward) ? 1 : -1;
-  if (Split) P::splitCore(a.outRe, a.outIm, static_cast<std::uint32_t>(n), sign, tbl);
-  else P::core(a.outRe, static_cast<std::uint32_t>(n), sign, tbl);
+  if (Split)
+    P::splitCore(a.outRe, a.outIm, static_cast<std::uint32_t>(n), sign, tbl);
+  else
+    P::core(a.outRe, static_cast<std::uint32_t>(n), sign, tbl);
 
   if (flags & RYX_OutReversed) {
     permuteInPlace(a.outRe, order, kElem, pairs);

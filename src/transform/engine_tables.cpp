@@ -66,7 +66,8 @@ T* sineQuarter(int order) {
   if (s == nullptr) return nullptr;
   const double step = kTwoPi / static_cast<double>(n);
   // The upper half comes from the cosine so that S[N/4] is exactly 1.
-  for (std::uint64_t j = 0; j <= eighth && j <= quarter; ++j) s[j] = static_cast<T>(std::sin(static_cast<double>(j) * step));
+  for (std::uint64_t j = 0; j <= eighth && j <= quarter; ++j)
+    s[j] = static_cast<T>(std::sin(static_cast<double>(j) * step));
   for (std::uint64_t j = eighth + 1; j <= quarter; ++j)
     s[j] = static_cast<T>(std::cos(static_cast<double>(quarter - j) * step));
   return s;

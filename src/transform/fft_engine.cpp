@@ -19,13 +19,16 @@ namespace {
 std::atomic<int> g_isaCap{static_cast<int>(Isa::Avx512)};
 // The set in use, chosen at first need and again after a new cap.
 std::atomic<const KernelSet*> g_active{nullptr};
-}
+}  // namespace
 
 const KernelSet* kernelsFor(Isa isa) {
   switch (isa) {
-    case Isa::Sse2: return &ryx::sse2::kKernels;
-    case Isa::Avx2: return __builtin_cpu_supports("avx2") ? &ryx::avx2::kKernels : nullptr;
-    default: return nullptr;
+    case Isa::Sse2:
+      return &ryx::sse2::kKernels;
+    case Isa::Avx2:
+      return __builtin_cpu_supports("avx2") ? &ryx::avx2::kKernels : nullptr;
+    default:
+      return nullptr;
   }
 }
 
@@ -150,8 +153,8 @@ void ownsFftCombine(SCplx* data, std::uint32_t n, std::uint32_t len0, const floa
   combine<float, 2>(x, x + 1, n, len0, tbl, fullN, sign, stripeFloats);
 }
 
-void owndFftCombine(DCplx* data, std::uint32_t n, std::uint32_t len0, const double* tbl, std::uint32_t fullN,
-                    int sign, int stripeFloats) {
+void owndFftCombine(DCplx* data, std::uint32_t n, std::uint32_t len0, const double* tbl, std::uint32_t fullN, int sign,
+                    int stripeFloats) {
   double* x = reinterpret_cast<double*>(data);
   combine<double, 2>(x, x + 1, n, len0, tbl, fullN, sign, stripeFloats);
 }
@@ -178,12 +181,12 @@ DCplx* doubleWork(const void* p, std::uint32_t n) {
   return aligned16(p) ? nullptr : reinterpret_cast<DCplx*>(ownGetScratchZ(static_cast<int>(2 * n), kEngineSlot));
 }
 float* floatSplitWork(const void* a, const void* b, std::uint32_t n) {
-  return aligned16(a) && aligned16(b) ? nullptr : reinterpret_cast<float*>(ownGetScratchZ(static_cast<int>(n), kEngineSlot));
+  return aligned16(a) && aligned16(b) ? nullptr
+                                      : reinterpret_cast<float*>(ownGetScratchZ(static_cast<int>(n), kEngineSlot));
 }
 double* doubleSplitWork(const void* a, const void* b, std::uint32_t n) {
-  return aligned16(a) && aligned16(b)
-             ? nullptr
-             : reinterpret_cast<double*>(ownGetScratchZ(static_cast<int>(2 * n), kEngineSlot));
+  return aligned16(a) && aligned16(b) ? nullptr
+                                      : reinterpret_cast<double*>(ownGetScratchZ(static_cast<int>(2 * n), kEngineSlot));
 }
 
 template <class T>

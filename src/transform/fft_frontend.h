@@ -72,9 +72,7 @@ struct Precision<double> {
   static void splitCore(double* re, double* im, std::uint32_t n, int sign, const double* tbl) {
     owndFftSplitCore(re, im, n, sign, tbl);
   }
-  static void realRecombine(double* d, std::uint32_t m, int sign, const double* t) {
-    owndRealRecombine(d, m, sign, t);
-  }
+  static void realRecombine(double* d, std::uint32_t m, int sign, const double* t) { owndRealRecombine(d, m, sign, t); }
   static void ccsRecombine(const double* s, double* d, std::uint32_t m, int sign, const double* t) {
     owndCcsRecombine(s, d, m, sign, t);
   }
@@ -121,7 +119,8 @@ template <class T>
 bool assureScratch(const Site& site) {
   RyxThreadContext* ctx = ryxGetThreadContext();
   constexpr int kKept = Precision<T>::kScratchKept;
-  const void* slot = ctx->scratchZLen[kEngineSlot] < kKept ? ownGetScratchZ(kKept, kEngineSlot) : ctx->scratchZ[kEngineSlot];
+  const void* slot =
+      ctx->scratchZLen[kEngineSlot] < kKept ? ownGetScratchZ(kKept, kEngineSlot) : ctx->scratchZ[kEngineSlot];
   if (slot != nullptr) return true;
   reportNoMem(site, "No working Twd memory");
   return false;

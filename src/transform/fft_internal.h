@@ -16,15 +16,15 @@
 
 namespace ryx::fft {
 
-constexpr int kFloatLanes = 4;        // complex columns per 128-bit register, float
-constexpr int kDoubleLanes = 2;       // the same, double
+constexpr int kFloatLanes = 4;         // complex columns per 128-bit register, float
+constexpr int kDoubleLanes = 2;        // the same, double
 constexpr int kFloatKernelOrder = 14;  // largest order one float kernel call runs
 constexpr int kDoubleKernelOrder = 12;
 constexpr std::uint32_t kFloatBlock = 1u << kFloatKernelOrder;    // B, float
 constexpr std::uint32_t kDoubleBlock = 1u << kDoubleKernelOrder;  // B, double
-constexpr std::uint32_t kFloatCombine = 32768;  // C, float
-constexpr std::uint32_t kDoubleCombine = 8192;  // C, double
-constexpr int kFloatScratchKept = 16384;  // 8-byte elements of scratch slot 3
+constexpr std::uint32_t kFloatCombine = 32768;                    // C, float
+constexpr std::uint32_t kDoubleCombine = 8192;                    // C, double
+constexpr int kFloatScratchKept = 16384;                          // 8-byte elements of scratch slot 3
 constexpr int kDoubleScratchKept = 8192;
 constexpr int kEngineSlot = 3;
 
@@ -123,10 +123,10 @@ void owndFftSplitKernelFwd(double* re, double* im, std::uint32_t n, const double
 void owndFftSplitKernelInv(double* re, double* im, std::uint32_t n, const double* tbl, double* work);
 
 // Radix-2 combining passes in extended precision.
-void ownsFftCombine(SCplx* data, std::uint32_t n, std::uint32_t len0, const float* tbl, std::uint32_t fullN,
-                    int sign, int stripeFloats);
-void owndFftCombine(DCplx* data, std::uint32_t n, std::uint32_t len0, const double* tbl, std::uint32_t fullN,
-                    int sign, int stripeFloats);
+void ownsFftCombine(SCplx* data, std::uint32_t n, std::uint32_t len0, const float* tbl, std::uint32_t fullN, int sign,
+                    int stripeFloats);
+void owndFftCombine(DCplx* data, std::uint32_t n, std::uint32_t len0, const double* tbl, std::uint32_t fullN, int sign,
+                    int stripeFloats);
 void ownsFftSplitCombine(float* re, float* im, std::uint32_t n, std::uint32_t len0, const float* tbl,
                          std::uint32_t fullN, int sign, int stripe);
 void owndFftSplitCombine(double* re, double* im, std::uint32_t n, std::uint32_t len0, const double* tbl,

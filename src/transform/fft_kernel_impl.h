@@ -205,7 +205,7 @@ inline void transpose4(Vec<float>& r0, Vec<float>& r1, Vec<float>& r2, Vec<float
 template <bool Fwd>
 inline void radix4x4(const float* in, Vec<float>* outR, Vec<float>* outI) {
   using V = Vec<float>;
-  V ar = loadu(in), ai = loadu(in + 8), br = loadu(in + 16), bi = loadu(in + 24);  // (a b) pairs of groups 0..3
+  V ar = loadu(in), ai = loadu(in + 8), br = loadu(in + 16), bi = loadu(in + 24);       // (a b) pairs of groups 0..3
   V cr = loadu(in + 4), ci = loadu(in + 12), dr = loadu(in + 20), di = loadu(in + 28);  // (c d) pairs
   transpose4(ar, ai, br, bi);  // -> a.re, a.im, b.re, b.im with lanes = groups
   transpose4(cr, ci, dr, di);
@@ -632,8 +632,10 @@ const T* radix4PassWide(T* data, std::size_t nBlocks, std::size_t bq, const T* t
   using V = Vec256<T>;
   const V low = Wide::signLow(T{}), high = Wide::signHigh(T{});
   auto put = [&](T* at, V v) {
-    if constexpr (ToPairs) Wide::store(out + (at - data), toPairs(v));
-    else Wide::store(at, v);
+    if constexpr (ToPairs)
+      Wide::store(out + (at - data), toPairs(v));
+    else
+      Wide::store(at, v);
   };
   for (std::size_t g = 0; g < nBlocks; g += 4 * bq) {
     const T* t = tw;
@@ -643,7 +645,8 @@ const T* radix4PassWide(T* data, std::size_t nBlocks, std::size_t bq, const T* t
       const V a = Wide::load(p);
       const V b = wideMul<Fwd>(V(Wide::load(p + qs)), V(Wide::rows(t + 2 * G)), V(Wide::rows(t + 3 * G)), low, high);
       const V c = wideMul<Fwd>(V(Wide::load(p + 2 * qs)), V(Wide::rows(t)), V(Wide::rows(t + G)), low, high);
-      const V d = wideMul<Fwd>(V(Wide::load(p + 3 * qs)), V(Wide::rows(t + 4 * G)), V(Wide::rows(t + 5 * G)), low, high);
+      const V d =
+          wideMul<Fwd>(V(Wide::load(p + 3 * qs)), V(Wide::rows(t + 4 * G)), V(Wide::rows(t + 5 * G)), low, high);
       const V apb = a + b, amb = a - b, cpd = c + d, cmd = c - d;
       // -i(C-D) = (vi, -vr): the half-swapped difference with the imaginary
       // half negated.

@@ -13,9 +13,9 @@ namespace ryx::avx2 {
 #include "transform/fft_kernel_impl.h"
 
 const ryx::fft::KernelSet kKernels = {
-    &floatKernel<true>,       &floatKernel<false>,       &doubleKernel<true>,       &doubleKernel<false>,
-    &floatSplitKernel<true>,  &floatSplitKernel<false>,  &doubleSplitKernel<true>,  &doubleSplitKernel<false>,
-    &permutePairs16Wide,
+    &floatKernel<true>,       &floatKernel<false>,       &doubleKernel<true>,
+    &doubleKernel<false>,     &floatSplitKernel<true>,   &floatSplitKernel<false>,
+    &doubleSplitKernel<true>, &doubleSplitKernel<false>, &permutePairs16Wide,
 };
 
 }  // namespace ryx::avx2

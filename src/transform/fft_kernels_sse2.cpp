@@ -10,9 +10,9 @@ namespace ryx::sse2 {
 #include "transform/fft_kernel_impl.h"
 
 const ryx::fft::KernelSet kKernels = {
-    &floatKernel<true>,       &floatKernel<false>,       &doubleKernel<true>,       &doubleKernel<false>,
-    &floatSplitKernel<true>,  &floatSplitKernel<false>,  &doubleSplitKernel<true>,  &doubleSplitKernel<false>,
-    nullptr,
+    &floatKernel<true>,       &floatKernel<false>,       &doubleKernel<true>,
+    &doubleKernel<false>,     &floatSplitKernel<true>,   &floatSplitKernel<false>,
+    &doubleSplitKernel<true>, &doubleSplitKernel<false>, nullptr,
 };
 
 }  // namespace ryx::sse2

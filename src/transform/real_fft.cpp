@@ -188,14 +188,16 @@ enum class Layout { Ccs, Pack, Perm };
 // direction checks. `Real` picks the recombination table family. Returns
 // false when the call is over (release, RYX_Init or a failure).
 template <class T, bool Real>
-bool prepare(const ryx::Site& site, int order, int flags, std::initializer_list<ryx::Check> nullChecks,
-             const T*& radix, const std::uint32_t*& pairs, const T*& recomb) {
+bool prepare(const ryx::Site& site, int order, int flags, std::initializer_list<ryx::Check> nullChecks, const T*& radix,
+             const std::uint32_t*& pairs, const T*& recomb) {
   using P = Precision<T>;
   const int fftOrder = order - 1;
   if (flags & RYX_Release) {
     P::freeRadix(fftOrder);
-    if (Real) P::freeReal(order);
-    else P::freeCcs(order);
+    if (Real)
+      P::freeReal(order);
+    else
+      P::freeCcs(order);
     ownFreeRevPairs(fftOrder);
     ownFreeScratchZSlot(kEngineSlot);
     return false;
@@ -229,7 +231,8 @@ bool scaled(int flags) { return (flags & RYX_Inverse) && !(flags & RYX_KeepScale
 
 // Real samples to a packed spectrum. `in` equals `out` for in-place forms.
 template <class T, bool Packed, bool Nip>
-void realFft(const char* name, const T* in, T* out, int order, int flags, std::initializer_list<ryx::Check> nullChecks) {
+void realFft(const char* name, const T* in, T* out, int order, int flags,
+             std::initializer_list<ryx::Check> nullChecks) {
   using P = Precision<T>;
   const ryx::Site site{name, P::kStem};
   const T* radix = nullptr;
@@ -263,8 +266,10 @@ void realFft(const char* name, const T* in, T* out, int order, int flags, std::i
   const int fftOrder = order - 1;
   const std::uint32_t m = static_cast<std::uint32_t>(n / 2);
   const int sign = (flags & RYX_Forward) ? 1 : -1;
-  if (Nip) permuteCopy(in, out, fftOrder, 2 * sizeof(T), pairs);
-  else permuteInPlace(out, fftOrder, 2 * sizeof(T), pairs);
+  if (Nip)
+    permuteCopy(in, out, fftOrder, 2 * sizeof(T), pairs);
+  else
+    permuteInPlace(out, fftOrder, 2 * sizeof(T), pairs);
   P::core(out, m, sign, radix);
   const T t0 = out[0], t1 = out[1];
   out[0] = t0 + t1;
@@ -385,12 +390,16 @@ void mpyPacked(const char* name, const T* srcA, const T* srcB, T* dst, int order
     auto* d = reinterpret_cast<C*>(dst + at);
     const auto* b = reinterpret_cast<const C*>(srcB + at);
     if (srcA == dst) {
-      if constexpr (sizeof(T) == 4) ryxcbMpy2(b, d, count);
-      else ryxzbMpy2(b, d, count);
+      if constexpr (sizeof(T) == 4)
+        ryxcbMpy2(b, d, count);
+      else
+        ryxzbMpy2(b, d, count);
     } else {
       const auto* a = reinterpret_cast<const C*>(srcA + at);
-      if constexpr (sizeof(T) == 4) ryxcbMpy3(a, b, d, count);
-      else ryxzbMpy3(a, b, d, count);
+      if constexpr (sizeof(T) == 4)
+        ryxcbMpy3(a, b, d, count);
+      else
+        ryxzbMpy3(a, b, d, count);
     }
   }
 }
@@ -479,8 +488,8 @@ RYXAPI RyxStatus ryxsReal2FftNip(const float* xInSamps, float* xOutSamps, const 
   if (!(flags & (RYX_Init | RYX_Release))) ryxsRealFftNip(yInSamps, yOutSamps, order, flags);
   return twoSignalResult(__func__, "ryxffts", "out ryxsRealFftNip");
 }
-RYXAPI RyxStatus ryxdReal2FftNip(const double* xInSamps, double* xOutSamps, const double* yInSamps,
-                                 double* yOutSamps, int order, int flags) {
+RYXAPI RyxStatus ryxdReal2FftNip(const double* xInSamps, double* xOutSamps, const double* yInSamps, double* yOutSamps,
+                                 int order, int flags) {
   ryxdRealFftNip(xInSamps, xOutSamps, order, flags);
   if (!(flags & (RYX_Init | RYX_Release))) ryxdRealFftNip(yInSamps, yOutSamps, order, flags);
   return twoSignalResult(__func__, "ryxfftd", "out ryxdRealFftNip");
@@ -501,8 +510,8 @@ RYXAPI RyxStatus ryxsCcs2FftNip(const float* xInSamps, float* xOutSamps, const f
   if (!(flags & (RYX_Init | RYX_Release))) ryxsCcsFftNip(yInSamps, yOutSamps, order, flags);
   return twoSignalResult(__func__, "ryxffts", "out ryxsCcsFftNip");
 }
-RYXAPI RyxStatus ryxdCcs2FftNip(const double* xInSamps, double* xOutSamps, const double* yInSamps,
-                                double* yOutSamps, int order, int flags) {
+RYXAPI RyxStatus ryxdCcs2FftNip(const double* xInSamps, double* xOutSamps, const double* yInSamps, double* yOutSamps,
+                                int order, int flags) {
   ryxdCcsFftNip(xInSamps, xOutSamps, order, flags);
   if (!(flags & (RYX_Init | RYX_Release))) ryxdCcsFftNip(yInSamps, yOutSamps, order, flags);
   return twoSignalResult(__func__, "ryxfftd", "out ryxdCcsFftNip");

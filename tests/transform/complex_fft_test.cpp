@@ -189,7 +189,8 @@ TEST(ComplexFft, LargeOrderBinsMatchNaiveSum) {
     for (int k : {0, 1, 3, n / 4 + 5, n / 2, n - 1}) {
       const LCplx want = naiveBin(xl, k, -1);
       const LCplx got{y[k].re, y[k].im};
-      EXPECT_LE(std::abs(got - want), 20 * errorBound<float>(order) * norm / sqrtl(n)) << "order " << order << " bin " << k;
+      EXPECT_LE(std::abs(got - want), 20 * errorBound<float>(order) * norm / sqrtl(n))
+          << "order " << order << " bin " << k;
     }
   }
 }

@@ -82,8 +82,7 @@ TEST(FftChecks, ComplexFormsReportInOrder) {
       {[&] { ryxcrFftNip(fp, nullptr, fp, fp, 2, RYX_Forward); }, "ryxcrFftNip", "ryxffts", "imInSamps==0"},
       {[&] { ryxcrFftNip(fp, fp, nullptr, fp, 2, RYX_Forward); }, "ryxcrFftNip", "ryxffts", "reOutSamps==0"},
       {[&] { ryxcrFftNip(fp, fp, fp + 4, nullptr, 2, RYX_Forward); }, "ryxcrFftNip", "ryxffts", "imOutSamps==0"},
-      {[&] { ryxzrFftNip(dp, dp + 4, nullptr, nullptr, 2, RYX_Forward); }, "ryxzrFftNip", "ryxfftd",
-       "reOutSamps==0"},
+      {[&] { ryxzrFftNip(dp, dp + 4, nullptr, nullptr, 2, RYX_Forward); }, "ryxzrFftNip", "ryxfftd", "reOutSamps==0"},
   };
   runCheckCases(cases, [&] {
     return sameBits(c.data(), cKeep.data(), 16) && sameBits(z.data(), zKeep.data(), 16) &&
@@ -111,8 +110,7 @@ TEST(FftChecks, RealFormsReportInOrder) {
        "(flags & 1024) && (flags & 4096)"},
       {[&] { ryxdCcsFftl(dp, 1, RYX_Inverse | RYX_RCPackOut); }, "ryxdCcsFftl", "ryxfftd",
        "(flags & 1024)==0 && (flags & 4096)==0"},
-      {[&] { ryxsCcsFftlNip(nullptr, fp, 3, RYX_Inverse | RYX_RCPackIn); }, "ryxsCcsFftlNip", "ryxffts",
-       "inSamps==0"},
+      {[&] { ryxsCcsFftlNip(nullptr, fp, 3, RYX_Inverse | RYX_RCPackIn); }, "ryxsCcsFftlNip", "ryxffts", "inSamps==0"},
       {[&] { ryxsRealFft(fp, 32, RYX_Forward); }, "ryxsRealFft", "ryxffts", "order>31"},
       {[&] { ryxdRealFft(dp, 4, RYX_Forward | RYX_Inverse); }, "ryxdRealFft", "ryxfftd", "(flags & 1) && (flags & 2)"},
       {[&] { ryxsRealFftNip(fp, nullptr, 4, RYX_Forward); }, "ryxsRealFftNip", "ryxffts", "outSamps==0"},
@@ -307,7 +305,8 @@ TEST(FftThreads, EachThreadBuildsAndFreesItsOwnTables) {
     ryxcFft(theirs.data(), 10, RYX_Forward);
     theirTable = other->sFftRadixTwd[10];
     ryxFreeThreadTables();
-    freedAtEnd = other->sFftRadixTwd[10] == nullptr && other->scratchZ[3] == nullptr && other->bitRevPairs[10] == nullptr;
+    freedAtEnd =
+        other->sFftRadixTwd[10] == nullptr && other->scratchZ[3] == nullptr && other->bitRevPairs[10] == nullptr;
     ryxcFft(theirs.data(), 10, RYX_Inverse);  // rebuilt, freed at thread exit
   });
   t.join();

@@ -38,7 +38,8 @@ void compareSets(const KernelSet& wide, const KernelSet& base, int maxOrder) {
     for (int dir = 0; dir < 2; ++dir) {
       for (bool useWork : {false, true}) {
         SCOPED_TRACE(testing::Message() << "order " << order << " dir " << dir << " work " << useWork);
-        Buffers a(2 * n * sizeof(T) / 4 + 8), b(2 * n * sizeof(T) / 4 + 8), wa(2 * n * sizeof(T) / 4), wb(2 * n * sizeof(T) / 4);
+        Buffers a(2 * n * sizeof(T) / 4 + 8), b(2 * n * sizeof(T) / 4 + 8), wa(2 * n * sizeof(T) / 4),
+            wb(2 * n * sizeof(T) / 4);
         // Through the work area the samples sit 8 bytes off a 16-byte boundary.
         T* pa = reinterpret_cast<T*>(a.data + (useWork ? 2 : 0));
         T* pb = reinterpret_cast<T*>(b.data + (useWork ? 2 : 0));
