@@ -22,6 +22,7 @@ std::atomic<const KernelSet*> g_active{nullptr};
 }  // namespace
 
 const KernelSet* kernelsFor(Isa isa) {
+  __builtin_cpu_init();  // harmless when done already; needed if first use is during load
   switch (isa) {
     case Isa::Sse2:
       return &ryx::sse2::kKernels;

@@ -111,7 +111,7 @@ void owndFftCore(DCplx* samps, std::uint32_t n, int sign, const double* tbl);
 void ownsFftSplitCore(float* re, float* im, std::uint32_t n, int sign, const float* tbl);
 void owndFftSplitCore(double* re, double* im, std::uint32_t n, int sign, const double* tbl);
 
-// In-cache kernels, n from 4 (float) or 4 (double) up to the block size.
+// In-cache kernels, n from 4 up to the block size (one per direction).
 // `work` is null for 16-byte aligned data, else scratch of n complex values.
 void ownsFftKernelFwd(SCplx* samps, std::uint32_t n, const float* tbl, SCplx* work);
 void ownsFftKernelInv(SCplx* samps, std::uint32_t n, const float* tbl, SCplx* work);
