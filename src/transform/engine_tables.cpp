@@ -14,16 +14,9 @@
 
 namespace ryx::fft {
 
-namespace {
-thread_local std::uint64_t t_blockLimit = 0;  // 0: only the 32-bit size limit applies
-}
-
-void setBlockLimitForTest(std::uint64_t bytes) { t_blockLimit = bytes; }
-
 void* blockAlloc(std::uint64_t count, std::uint32_t elemSize) {
   const std::uint64_t bytes = count * elemSize;
   if (count > kMaxBlockBytes || bytes > kMaxBlockBytes) return nullptr;
-  if (t_blockLimit != 0 && bytes > t_blockLimit) return nullptr;
   return alignedAlloc(static_cast<std::uint32_t>(bytes), 1);
 }
 

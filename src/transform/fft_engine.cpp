@@ -7,22 +7,13 @@
 // run through the kernel, highest block first, then combining passes join
 // them to length c; a final combining call joins the chunks. The combining
 // passes hold intermediates in extended precision and round on storing.
-#include <atomic>
-
 #include "frame/thread_context.h"
 #include "transform/fft_internal.h"
 #include "transform/fft_kernels.h"
 
 namespace ryx::fft {
 
-namespace {
-std::atomic<int> g_isaCap{static_cast<int>(Isa::Avx512)};
-// The set in use, chosen at first need and again after a new cap.
-std::atomic<const KernelSet*> g_active{nullptr};
-}  // namespace
-
 const KernelSet* kernelsFor(Isa isa) {
-  __builtin_cpu_init();  // harmless when done already; needed if first use is during load
   switch (isa) {
     case Isa::Sse2:
       return &ryx::sse2::kKernels;
@@ -33,26 +24,8 @@ const KernelSet* kernelsFor(Isa isa) {
   }
 }
 
-void setIsaCap(Isa cap) {
-  g_isaCap.store(static_cast<int>(cap));
-  g_active.store(nullptr);
-}
-
-Isa activeIsa() {
-  for (int i = g_isaCap.load(); i > 0; --i) {
-    if (kernelsFor(static_cast<Isa>(i)) != nullptr) return static_cast<Isa>(i);
-  }
-  return Isa::Sse2;
-}
-
-const KernelSet& kernels() {
-  const KernelSet* set = g_active.load(std::memory_order_relaxed);
-  if (set == nullptr) {
-    set = kernelsFor(activeIsa());
-    g_active.store(set, std::memory_order_relaxed);
-  }
-  return *set;
-}
+// Asked at each call: the processor's feature flags are a plain read.
+const KernelSet& kernels() { return ryx::cpu::allows(Isa::Avx2) ? ryx::avx2::kKernels : ryx::sse2::kKernels; }
 
 }  // namespace ryx::fft
 

@@ -37,11 +37,6 @@ constexpr std::uint64_t kMaxBlockBytes = 0xFFFFFFFFull - 256;
 // yields null when the size is refused or memory is short. Never reports.
 void* blockAlloc(std::uint64_t count, std::uint32_t elemSize);
 
-// Test hook: blocks larger than `bytes` are refused on the calling thread
-// from now on (0 restores the default). Lets tests exercise the
-// out-of-memory paths at small orders.
-void setBlockLimitForTest(std::uint64_t bytes);
-
 // True when `p` is on a 16-byte boundary.
 inline bool aligned16(const void* p) { return (reinterpret_cast<std::uintptr_t>(p) & 15u) == 0; }
 

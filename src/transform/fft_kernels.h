@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "frame/cpu_dispatch.h"
 #include "ryxcore.h"
 
 namespace ryx::fft {
@@ -23,18 +24,14 @@ struct KernelSet {
   void (*permute16)(const unsigned char*, unsigned char*, int, const std::uint32_t*);
 };
 
-enum class Isa { Sse2 = 0, Avx2 = 1, Avx512 = 2 };
+using Isa = ryx::cpu::Isa;
 
-// The set used by the engine: the widest the processor has, capped by
-// setIsaCap (tests force each path with it).
+// The set used by the engine for this call: the widest the processor has
+// below the frame's dispatch cap (tests lower the cap to force each set).
 const KernelSet& kernels();
-// The set of one instruction set, or null when this build or this processor
-// lacks it.
+// The set of one instruction set whatever the cap, or null when this build
+// or this processor lacks it (tests compare the sets directly).
 const KernelSet* kernelsFor(Isa isa);
-// Caps the instruction set used from now on (process-wide; tests only).
-void setIsaCap(Isa cap);
-// The instruction set the engine would use now.
-Isa activeIsa();
 
 }  // namespace ryx::fft
 

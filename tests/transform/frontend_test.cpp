@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "alloc_failure.h"
 #include "fft_reference.h"
 #include "frame/thread_context.h"
 #include "test_support.h"
@@ -250,9 +251,12 @@ TEST(FftMemory, ExhaustionReportsNoMemAndPurges) {
 
   ryxcFft(nullptr, 6, RYX_Init);
   ASSERT_NE(ctx->sFftRadixTwd[6], nullptr);
-  ryx::fft::setBlockLimitForTest(4096);
-  ryxcFft(x.data(), 12, RYX_Forward);
-  ryx::fft::setBlockLimitForTest(0);
+  {
+    // Every allocation fails: both rounds miss, after the purge.
+    FailAllocation fail(1, true);
+    ryxcFft(x.data(), 12, RYX_Forward);
+    EXPECT_GE(FailAllocation::refused(), 2);
+  }
   ASSERT_EQ(capture.reports().size(), 1u);
   EXPECT_EQ(capture.reports()[0].status, RYX_StsNoMem);
   EXPECT_EQ(capture.reports()[0].context, "No working Twd memory");
@@ -263,14 +267,28 @@ TEST(FftMemory, ExhaustionReportsNoMemAndPurges) {
   for (int o = 0; o < 32; ++o) EXPECT_EQ(ctx->bitRevPairs[o], nullptr);
   capture.clear();
 
+  // A miss in the first round only: the purge and the second round succeed.
+  owndFreeFftTbls();
+  {
+    FailAllocation fail(1);
+    ryxdRealFftl(nullptr, 10, RYX_Init);
+    EXPECT_EQ(FailAllocation::refused(), 1);
+  }
+  EXPECT_TRUE(capture.reports().empty());
+  EXPECT_NE(ctx->dRealTwd[10], nullptr);
+
   // Scratch unavailable: reported the same way, tables kept.
-  ryxcFft(nullptr, 5, RYX_Release);
-  ryx::fft::setBlockLimitForTest(100000);
-  ryxcFft(x.data(), 5, RYX_Forward);
-  ryx::fft::setBlockLimitForTest(0);
+  ryxcFft(nullptr, 5, RYX_Init);
+  ownFreeScratchZSlot(3);
+  {
+    FailAllocation fail(1);
+    ryxcFft(x.data(), 5, RYX_Forward);
+    EXPECT_EQ(FailAllocation::refused(), 1);
+  }
   ASSERT_EQ(capture.reports().size(), 1u);
   EXPECT_EQ(capture.reports()[0].context, "No working Twd memory");
   EXPECT_NE(ctx->sFftRadixTwd[5], nullptr);
+  EXPECT_TRUE(sameBits(x.data(), keep.data(), 4096));
   capture.clear();
 
   // Usable afterwards.

@@ -11,6 +11,7 @@
 #include <set>
 #include <vector>
 
+#include "alloc_failure.h"
 #include "fft_reference.h"
 #include "frame/thread_context.h"
 #include "test_support.h"
@@ -467,11 +468,16 @@ TEST(Scratch, SlotsGrowAndKeepTheirBuffer) {
   ownFreeScratchC();
   EXPECT_EQ(ryxGetThreadContext()->scratchI[1], nullptr);
   // A failed growth leaves length and pointer at zero.
-  ryx::fft::setBlockLimitForTest(64);
-  EXPECT_EQ(ownGetScratchZ(1000, 2), nullptr);
+  ASSERT_NE(ownGetScratchZ(10, 2), nullptr);
+  {
+    FailAllocation fail(1);
+    EXPECT_EQ(ownGetScratchZ(1000, 2), nullptr);
+    EXPECT_EQ(FailAllocation::refused(), 1);
+  }
   EXPECT_EQ(ryxGetThreadContext()->scratchZ[2], nullptr);
   EXPECT_EQ(ryxGetThreadContext()->scratchZLen[2], 0);
-  ryx::fft::setBlockLimitForTest(0);
+  // Sizes that do not fit 32-bit arithmetic are refused without asking.
+  EXPECT_EQ(ownGetScratchZ(0x7FFFFFFF, 2), nullptr);
 }
 
 }  // namespace
