@@ -1,8 +1,11 @@
 // In-cache FFT kernels on the working layout, written once with 128-bit
 // vector operations and included into one namespace per instruction set
-// (the includer opens the namespace). Nothing here depends on the ISA but
-// the code the compiler emits; the arithmetic, its order and its rounding
-// points are the same in every instantiation.
+// (the includer opens the namespace). Compiled with AVX2, the interleaved
+// kernels take 256-bit forms of the first stages, the radix-4 passes (one
+// block per register), the reversal of 16-byte elements and the last pass
+// (folded into the final radix-4 pass); every form keeps the arithmetic,
+// its order and its rounding points, so all instantiations agree bit for
+// bit.
 //
 // Working layout: the data is cut into blocks of G complex values (G = 4
 // float, 2 double); a block holds G real parts, then G imaginary parts.
@@ -16,6 +19,7 @@
 //   double: a radix-4 stage on runs of 4, for odd order a radix-2 pass on
 //          runs of 8, then radix-4 passes M = 32, ... or 16, ... up to N;
 // then, for interleaved data, a last pass back to (re, im) pairs.
+// Float order 2 is one scalar radix-4 butterfly in extended precision.
 // Radix-4 passes take the quarters of each group in binary-reversed order
 // (quarter 1 gets W^2k, quarter 2 gets W^k), which lets one reversal serve
 // every radix. Inverse kernels use the conjugate twiddles of the same table
