@@ -207,12 +207,36 @@ inline void transpose4(Vec<float>& r0, Vec<float>& r1, Vec<float>& r2, Vec<float
 // on butterfly g with exactly the scalar operations, and the outputs are
 // transposed back so that vector g holds butterfly g's four outputs.
 template <bool Fwd>
+inline void radix4x4Core(Vec<float> ar, Vec<float> ai, Vec<float> br, Vec<float> bi, Vec<float> cr, Vec<float> ci,
+                         Vec<float> dr, Vec<float> di, Vec<float>* outR, Vec<float>* outI);
+
+template <bool Fwd>
 inline void radix4x4(const float* in, Vec<float>* outR, Vec<float>* outI) {
   using V = Vec<float>;
   V ar = loadu(in), ai = loadu(in + 8), br = loadu(in + 16), bi = loadu(in + 24);       // (a b) pairs of groups 0..3
   V cr = loadu(in + 4), ci = loadu(in + 12), dr = loadu(in + 20), di = loadu(in + 28);  // (c d) pairs
   transpose4(ar, ai, br, bi);  // -> a.re, a.im, b.re, b.im with lanes = groups
   transpose4(cr, ci, dr, di);
+  radix4x4Core<Fwd>(ar, ai, br, bi, cr, ci, dr, di, outR, outI);
+}
+
+// The same from split arrays: row g of each array holds a, b, c, d of
+// group g, so one transpose per array gives the operands with lanes =
+// groups.
+template <bool Fwd>
+inline void radix4x4Split(const float* re, const float* im, Vec<float>* outR, Vec<float>* outI) {
+  using V = Vec<float>;
+  V ar = loadu(re), br = loadu(re + 4), cr = loadu(re + 8), dr = loadu(re + 12);
+  V ai = loadu(im), bi = loadu(im + 4), ci = loadu(im + 8), di = loadu(im + 12);
+  transpose4(ar, br, cr, dr);
+  transpose4(ai, bi, ci, di);
+  radix4x4Core<Fwd>(ar, ai, br, bi, cr, ci, dr, di, outR, outI);
+}
+
+template <bool Fwd>
+inline void radix4x4Core(Vec<float> ar, Vec<float> ai, Vec<float> br, Vec<float> bi, Vec<float> cr, Vec<float> ci,
+                         Vec<float> dr, Vec<float> di, Vec<float>* outR, Vec<float>* outI) {
+  using V = Vec<float>;
   const V sr = ar + br, si = ai + bi, tr = ar - br, ti = ai - bi;
   const V ur = cr + dr, ui = ci + di, vr = cr - dr, vi = ci - di;
   V o0r = sr + ur, o0i = si + ui, o2r = sr - ur, o2i = si - ui;
@@ -339,11 +363,15 @@ void firstStageR8(const Src& src, float* re, float* im, std::size_t n) {
     }
   }
 #endif
-  if constexpr (std::is_same_v<Src, PairSource<float>>) {
+  if constexpr (std::is_same_v<Src, PairSource<float>> || std::is_same_v<Src, SplitSource<float>>) {
     // Two runs per round: butterflies A0, B0, A1, B1.
     for (; start + 16 <= n; start += 16) {
       V qr[4], qi[4];
-      radix4x4<Fwd>(src.p + 2 * start, qr, qi);
+      if constexpr (std::is_same_v<Src, PairSource<float>>) {
+        radix4x4<Fwd>(src.p + 2 * start, qr, qi);
+      } else {
+        radix4x4Split<Fwd>(src.r + start, src.m + start, qr, qi);
+      }
       for (int h = 0; h < 2; ++h) {
         V pr, pi;
         cmul<Fwd>(qr[2 * h + 1], qi[2 * h + 1], w8r, w8i, pr, pi);
@@ -409,6 +437,8 @@ void firstStageR16(const Src& src, float* re, float* im, std::size_t n, const fl
     V qr[4], qi[4];
     if constexpr (std::is_same_v<Src, PairSource<float>>) {
       radix4x4<Fwd>(src.p + 2 * run, qr, qi);
+    } else if constexpr (std::is_same_v<Src, SplitSource<float>>) {
+      radix4x4Split<Fwd>(src.r + run, src.m + run, qr, qi);
     } else {
       float xr[16], xi[16], q[32];
       for (int g = 0; g < 4; ++g) {
