@@ -202,41 +202,24 @@ inline void transpose4(Vec<float>& r0, Vec<float>& r1, Vec<float>& r2, Vec<float
   r3 = __builtin_shuffle(t2, t3, I{2, 3, 6, 7});
 }
 
-// Four radix-4 butterflies at once on 16 interleaved values (values 4g to
-// 4g+3 form butterfly g): the inputs are transposed so that lane g works
+#if defined(__AVX2__)
+// The 256-bit form: lane half h of each register belongs to a second
+// group of butterflies; in-lane shuffles do both halves' transposes.
+inline void transpose4(__m256& r0, __m256& r1, __m256& r2, __m256& r3) {
+  const __m256 t0 = _mm256_unpacklo_ps(r0, r1), t1 = _mm256_unpacklo_ps(r2, r3);
+  const __m256 t2 = _mm256_unpackhi_ps(r0, r1), t3 = _mm256_unpackhi_ps(r2, r3);
+  r0 = _mm256_shuffle_ps(t0, t1, 0x44);
+  r1 = _mm256_shuffle_ps(t0, t1, 0xEE);
+  r2 = _mm256_shuffle_ps(t2, t3, 0x44);
+  r3 = _mm256_shuffle_ps(t2, t3, 0xEE);
+}
+#endif
+
+// The butterflies proper, for either width: lane g of every operand works
 // on butterfly g with exactly the scalar operations, and the outputs are
 // transposed back so that vector g holds butterfly g's four outputs.
-template <bool Fwd>
-inline void radix4x4Core(Vec<float> ar, Vec<float> ai, Vec<float> br, Vec<float> bi, Vec<float> cr, Vec<float> ci,
-                         Vec<float> dr, Vec<float> di, Vec<float>* outR, Vec<float>* outI);
-
-template <bool Fwd>
-inline void radix4x4(const float* in, Vec<float>* outR, Vec<float>* outI) {
-  using V = Vec<float>;
-  V ar = loadu(in), ai = loadu(in + 8), br = loadu(in + 16), bi = loadu(in + 24);       // (a b) pairs of groups 0..3
-  V cr = loadu(in + 4), ci = loadu(in + 12), dr = loadu(in + 20), di = loadu(in + 28);  // (c d) pairs
-  transpose4(ar, ai, br, bi);  // -> a.re, a.im, b.re, b.im with lanes = groups
-  transpose4(cr, ci, dr, di);
-  radix4x4Core<Fwd>(ar, ai, br, bi, cr, ci, dr, di, outR, outI);
-}
-
-// The same from split arrays: row g of each array holds a, b, c, d of
-// group g, so one transpose per array gives the operands with lanes =
-// groups.
-template <bool Fwd>
-inline void radix4x4Split(const float* re, const float* im, Vec<float>* outR, Vec<float>* outI) {
-  using V = Vec<float>;
-  V ar = loadu(re), br = loadu(re + 4), cr = loadu(re + 8), dr = loadu(re + 12);
-  V ai = loadu(im), bi = loadu(im + 4), ci = loadu(im + 8), di = loadu(im + 12);
-  transpose4(ar, br, cr, dr);
-  transpose4(ai, bi, ci, di);
-  radix4x4Core<Fwd>(ar, ai, br, bi, cr, ci, dr, di, outR, outI);
-}
-
-template <bool Fwd>
-inline void radix4x4Core(Vec<float> ar, Vec<float> ai, Vec<float> br, Vec<float> bi, Vec<float> cr, Vec<float> ci,
-                         Vec<float> dr, Vec<float> di, Vec<float>* outR, Vec<float>* outI) {
-  using V = Vec<float>;
+template <bool Fwd, class V>
+inline void radix4x4Core(V ar, V ai, V br, V bi, V cr, V ci, V dr, V di, V* outR, V* outI) {
   const V sr = ar + br, si = ai + bi, tr = ar - br, ti = ai - bi;
   const V ur = cr + dr, ui = ci + di, vr = cr - dr, vi = ci - di;
   V o0r = sr + ur, o0i = si + ui, o2r = sr - ur, o2i = si - ui;
@@ -264,19 +247,36 @@ inline void radix4x4Core(Vec<float> ar, Vec<float> ai, Vec<float> br, Vec<float>
   outI[3] = o3i;
 }
 
+// Four radix-4 butterflies at once on 16 interleaved values (values 4g to
+// 4g+3 form butterfly g): the inputs are transposed so that lane g holds
+// butterfly g's operands.
+template <bool Fwd>
+inline void radix4x4(const float* in, Vec<float>* outR, Vec<float>* outI) {
+  using V = Vec<float>;
+  V ar = loadu(in), ai = loadu(in + 8), br = loadu(in + 16), bi = loadu(in + 24);       // (a b) pairs of groups 0..3
+  V cr = loadu(in + 4), ci = loadu(in + 12), dr = loadu(in + 20), di = loadu(in + 28);  // (c d) pairs
+  transpose4(ar, ai, br, bi);  // -> a.re, a.im, b.re, b.im with lanes = groups
+  transpose4(cr, ci, dr, di);
+  radix4x4Core<Fwd>(ar, ai, br, bi, cr, ci, dr, di, outR, outI);
+}
+
+// The same from split arrays: row g of each array holds a, b, c, d of
+// group g, so one transpose per array gives the operands with lanes =
+// groups.
+template <bool Fwd>
+inline void radix4x4Split(const float* re, const float* im, Vec<float>* outR, Vec<float>* outI) {
+  using V = Vec<float>;
+  V ar = loadu(re), br = loadu(re + 4), cr = loadu(re + 8), dr = loadu(re + 12);
+  V ai = loadu(im), bi = loadu(im + 4), ci = loadu(im + 8), di = loadu(im + 12);
+  transpose4(ar, br, cr, dr);
+  transpose4(ai, bi, ci, di);
+  radix4x4Core<Fwd>(ar, ai, br, bi, cr, ci, dr, di, outR, outI);
+}
+
 #if defined(__AVX2__)
 // The same four butterflies on two 16-value units at once: lane half h of
 // every 256-bit register belongs to unit h (values 16h .. 16h+15 from
-// `in`). In-lane shuffles do both transposes of the 128-bit form.
-inline void transpose4x2(__m256& r0, __m256& r1, __m256& r2, __m256& r3) {
-  const __m256 t0 = _mm256_unpacklo_ps(r0, r1), t1 = _mm256_unpacklo_ps(r2, r3);
-  const __m256 t2 = _mm256_unpackhi_ps(r0, r1), t3 = _mm256_unpackhi_ps(r2, r3);
-  r0 = _mm256_shuffle_ps(t0, t1, 0x44);
-  r1 = _mm256_shuffle_ps(t0, t1, 0xEE);
-  r2 = _mm256_shuffle_ps(t2, t3, 0x44);
-  r3 = _mm256_shuffle_ps(t2, t3, 0xEE);
-}
-
+// `in`).
 inline __m256 loadHalves(const float* lo, const float* hi) {
   return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(lo)), _mm_loadu_ps(hi), 1);
 }
@@ -287,33 +287,9 @@ inline void radix4x4Wide(const float* in, __m256* outR, __m256* outI) {
   __m256 br = loadHalves(in + 16, in + 48), bi = loadHalves(in + 24, in + 56);
   __m256 cr = loadHalves(in + 4, in + 36), ci = loadHalves(in + 12, in + 44);
   __m256 dr = loadHalves(in + 20, in + 52), di = loadHalves(in + 28, in + 60);
-  transpose4x2(ar, ai, br, bi);
-  transpose4x2(cr, ci, dr, di);
-  const __m256 sr = ar + br, si = ai + bi, tr = ar - br, ti = ai - bi;
-  const __m256 ur = cr + dr, ui = ci + di, vr = cr - dr, vi = ci - di;
-  __m256 o0r = sr + ur, o0i = si + ui, o2r = sr - ur, o2i = si - ui;
-  __m256 o1r, o1i, o3r, o3i;
-  if constexpr (Fwd) {
-    o1r = tr + vi;
-    o1i = ti - vr;
-    o3r = tr - vi;
-    o3i = ti + vr;
-  } else {
-    o1r = tr - vi;
-    o1i = ti + vr;
-    o3r = tr + vi;
-    o3i = ti - vr;
-  }
-  transpose4x2(o0r, o1r, o2r, o3r);
-  transpose4x2(o0i, o1i, o2i, o3i);
-  outR[0] = o0r;
-  outR[1] = o1r;
-  outR[2] = o2r;
-  outR[3] = o3r;
-  outI[0] = o0i;
-  outI[1] = o1i;
-  outI[2] = o2i;
-  outI[3] = o3i;
+  transpose4(ar, ai, br, bi);
+  transpose4(cr, ci, dr, di);
+  radix4x4Core<Fwd>(ar, ai, br, bi, cr, ci, dr, di, outR, outI);
 }
 
 // Block k of unit 0 and of unit 1 from the split halves of (re, im).
