@@ -7,6 +7,8 @@
 // run through the kernel, highest block first, then combining passes join
 // them to length c; a final combining call joins the chunks. The combining
 // passes hold intermediates in extended precision and round on storing.
+#include <type_traits>
+
 #include "frame/thread_context.h"
 #include "transform/fft_internal.h"
 #include "transform/fft_kernels.h"
@@ -147,127 +149,96 @@ void owndFftSplitCombine(double* re, double* im, std::uint32_t n, std::uint32_t 
 
 namespace {
 
-// Interleaved float work area for a misaligned block of n values.
-SCplx* floatWork(const void* p, std::uint32_t n) {
-  return aligned16(p) ? nullptr : ownGetScratchZ(static_cast<int>(n), kEngineSlot);
-}
-DCplx* doubleWork(const void* p, std::uint32_t n) {
-  return aligned16(p) ? nullptr : reinterpret_cast<DCplx*>(ownGetScratchZ(static_cast<int>(2 * n), kEngineSlot));
-}
-float* floatSplitWork(const void* a, const void* b, std::uint32_t n) {
-  return aligned16(a) && aligned16(b) ? nullptr
-                                      : reinterpret_cast<float*>(ownGetScratchZ(static_cast<int>(n), kEngineSlot));
-}
-double* doubleSplitWork(const void* a, const void* b, std::uint32_t n) {
-  return aligned16(a) && aligned16(b) ? nullptr
-                                      : reinterpret_cast<double*>(ownGetScratchZ(static_cast<int>(2 * n), kEngineSlot));
+// What the dispatcher needs of each precision: the in-cache block B, the
+// chunk size C, the radix table that serves every full block, and the
+// stripe of the final combining call.
+template <class T>
+struct Precision;
+template <>
+struct Precision<float> {
+  static constexpr std::uint32_t kBlock = kFloatBlock, kChunk = kFloatCombine;
+  static constexpr int kFinalStripe = 256;
+  static const float* radix() {
+    return static_cast<const float*>(ryxGetThreadContext()->sFftRadixTwd[kFloatKernelOrder]);
+  }
+};
+template <>
+struct Precision<double> {
+  static constexpr std::uint32_t kBlock = kDoubleBlock, kChunk = kDoubleCombine;
+  static constexpr int kFinalStripe = 128;
+  static const double* radix() {
+    return static_cast<const double*>(ryxGetThreadContext()->dFftRadixTwd[kDoubleKernelOrder]);
+  }
+};
+
+// One kernel call on n values at (re, im): interleaved with Step 2 (im is
+// re + 1), split with Step 1. A misaligned array gets the thread's engine
+// scratch slot as the kernel's work area of n complex values.
+template <class T, int Step>
+void runKernel(T* re, T* im, std::uint32_t n, const T* tbl, bool fwd) {
+  const KernelSet& k = kernels();
+  const bool aligned = aligned16(re) && (Step == 2 || aligned16(im));
+  T* work = aligned ? nullptr
+                    : reinterpret_cast<T*>(ownGetScratchZ(static_cast<int>(n * (sizeof(T) / sizeof(float))), kEngineSlot));
+  if constexpr (Step == 2 && std::is_same_v<T, float>) {
+    (fwd ? k.sFwd : k.sInv)(reinterpret_cast<SCplx*>(re), n, tbl, reinterpret_cast<SCplx*>(work));
+  } else if constexpr (Step == 2) {
+    (fwd ? k.dFwd : k.dInv)(reinterpret_cast<DCplx*>(re), n, tbl, reinterpret_cast<DCplx*>(work));
+  } else if constexpr (std::is_same_v<T, float>) {
+    (fwd ? k.sSplitFwd : k.sSplitInv)(re, im, n, tbl, work);
+  } else {
+    (fwd ? k.dSplitFwd : k.dSplitInv)(re, im, n, tbl, work);
+  }
 }
 
-template <class T>
-void butterfly2(T* r, T* i, std::size_t step) {
-  const T r0 = r[0], i0 = i[0], r1 = r[step], i1 = i[step];
-  r[0] = r0 + r1;
-  i[0] = i0 + i1;
-  r[step] = r0 - r1;
-  i[step] = i0 - i1;
+// The whole transform of n values: one kernel call up to B; above it the
+// blocks of each chunk of c = min(n, C) values, highest block first, are
+// joined to length c, and a final combining call joins the chunks.
+template <class T, int Step>
+void runCore(T* re, T* im, std::uint32_t n, int sign, const T* tbl) {
+  using P = Precision<T>;
+  if (n <= 1) return;
+  if (n == 2) {
+    const T r0 = re[0], i0 = im[0], r1 = re[Step], i1 = im[Step];
+    re[0] = r0 + r1;
+    im[0] = i0 + i1;
+    re[Step] = r0 - r1;
+    im[Step] = i0 - i1;
+    return;
+  }
+  const bool fwd = sign >= 1;
+  if (n <= P::kBlock) {
+    runKernel<T, Step>(re, im, n, tbl, fwd);
+    return;
+  }
+  const T* radix = P::radix();
+  const std::uint32_t c = n < P::kChunk ? n : P::kChunk;
+  for (std::size_t at = 0; at < n; at += c) {
+    for (std::uint32_t b = c / P::kBlock; b-- > 0;) {
+      const std::size_t off = (at + std::size_t{b} * P::kBlock) * Step;
+      runKernel<T, Step>(re + off, im + off, P::kBlock, radix, fwd);
+    }
+    combine<T, Step>(re + at * Step, im + at * Step, c, P::kBlock, tbl, n, sign, 256);
+  }
+  if (n > c) combine<T, Step>(re, im, n, c, tbl, n, sign, P::kFinalStripe);
 }
 
 }  // namespace
 
 void ownsFftCore(SCplx* samps, std::uint32_t n, int sign, const float* tbl) {
-  if (n <= 1) return;
-  if (n == 2) {
-    float* x = reinterpret_cast<float*>(samps);
-    butterfly2(x, x + 1, 2);
-    return;
-  }
-  const KernelSet& k = kernels();
-  auto kernel = sign >= 1 ? k.sFwd : k.sInv;
-  if (n <= kFloatBlock) {
-    kernel(samps, n, tbl, floatWork(samps, n));
-    return;
-  }
-  const float* radix = static_cast<const float*>(ryxGetThreadContext()->sFftRadixTwd[kFloatKernelOrder]);
-  const std::uint32_t c = n < kFloatCombine ? n : kFloatCombine;
-  for (std::size_t at = 0; at < n; at += c) {
-    for (std::uint32_t b = c / kFloatBlock; b-- > 0;) {
-      SCplx* blk = samps + at + std::size_t{b} * kFloatBlock;
-      kernel(blk, kFloatBlock, radix, floatWork(blk, kFloatBlock));
-    }
-    ownsFftCombine(samps + at, c, kFloatBlock, tbl, n, sign, 256);
-  }
-  if (n > c) ownsFftCombine(samps, n, c, tbl, n, sign, 256);
+  float* x = reinterpret_cast<float*>(samps);
+  runCore<float, 2>(x, x + 1, n, sign, tbl);
 }
 
 void owndFftCore(DCplx* samps, std::uint32_t n, int sign, const double* tbl) {
-  if (n <= 1) return;
-  if (n == 2) {
-    double* x = reinterpret_cast<double*>(samps);
-    butterfly2(x, x + 1, 2);
-    return;
-  }
-  const KernelSet& k = kernels();
-  auto kernel = sign >= 1 ? k.dFwd : k.dInv;
-  if (n <= kDoubleBlock) {
-    kernel(samps, n, tbl, doubleWork(samps, n));
-    return;
-  }
-  const double* radix = static_cast<const double*>(ryxGetThreadContext()->dFftRadixTwd[kDoubleKernelOrder]);
-  const std::uint32_t c = n < kDoubleCombine ? n : kDoubleCombine;
-  for (std::size_t at = 0; at < n; at += c) {
-    for (std::uint32_t b = c / kDoubleBlock; b-- > 0;) {
-      DCplx* blk = samps + at + std::size_t{b} * kDoubleBlock;
-      kernel(blk, kDoubleBlock, radix, doubleWork(blk, kDoubleBlock));
-    }
-    owndFftCombine(samps + at, c, kDoubleBlock, tbl, n, sign, 256);
-  }
-  if (n > c) owndFftCombine(samps, n, c, tbl, n, sign, 128);
+  double* x = reinterpret_cast<double*>(samps);
+  runCore<double, 2>(x, x + 1, n, sign, tbl);
 }
 
 void ownsFftSplitCore(float* re, float* im, std::uint32_t n, int sign, const float* tbl) {
-  if (n <= 1) return;
-  if (n == 2) {
-    butterfly2(re, im, 1);
-    return;
-  }
-  const KernelSet& k = kernels();
-  auto kernel = sign >= 1 ? k.sSplitFwd : k.sSplitInv;
-  if (n <= kFloatBlock) {
-    kernel(re, im, n, tbl, floatSplitWork(re, im, n));
-    return;
-  }
-  const float* radix = static_cast<const float*>(ryxGetThreadContext()->sFftRadixTwd[kFloatKernelOrder]);
-  const std::uint32_t c = n < kFloatCombine ? n : kFloatCombine;
-  for (std::size_t at = 0; at < n; at += c) {
-    for (std::uint32_t b = c / kFloatBlock; b-- > 0;) {
-      const std::size_t off = at + std::size_t{b} * kFloatBlock;
-      kernel(re + off, im + off, kFloatBlock, radix, floatSplitWork(re + off, im + off, kFloatBlock));
-    }
-    ownsFftSplitCombine(re + at, im + at, c, kFloatBlock, tbl, n, sign, 256);
-  }
-  if (n > c) ownsFftSplitCombine(re, im, n, c, tbl, n, sign, 256);
+  runCore<float, 1>(re, im, n, sign, tbl);
 }
 
 void owndFftSplitCore(double* re, double* im, std::uint32_t n, int sign, const double* tbl) {
-  if (n <= 1) return;
-  if (n == 2) {
-    butterfly2(re, im, 1);
-    return;
-  }
-  const KernelSet& k = kernels();
-  auto kernel = sign >= 1 ? k.dSplitFwd : k.dSplitInv;
-  if (n <= kDoubleBlock) {
-    kernel(re, im, n, tbl, doubleSplitWork(re, im, n));
-    return;
-  }
-  const double* radix = static_cast<const double*>(ryxGetThreadContext()->dFftRadixTwd[kDoubleKernelOrder]);
-  const std::uint32_t c = n < kDoubleCombine ? n : kDoubleCombine;
-  for (std::size_t at = 0; at < n; at += c) {
-    for (std::uint32_t b = c / kDoubleBlock; b-- > 0;) {
-      const std::size_t off = at + std::size_t{b} * kDoubleBlock;
-      kernel(re + off, im + off, kDoubleBlock, radix, doubleSplitWork(re + off, im + off, kDoubleBlock));
-    }
-    owndFftSplitCombine(re + at, im + at, c, kDoubleBlock, tbl, n, sign, 256);
-  }
-  if (n > c) owndFftSplitCombine(re, im, n, c, tbl, n, sign, 128);
+  runCore<double, 1>(re, im, n, sign, tbl);
 }
