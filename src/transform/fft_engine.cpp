@@ -153,9 +153,9 @@ namespace {
 // chunk size C, the radix table that serves every full block, and the
 // stripe of the final combining call.
 template <class T>
-struct Precision;
+struct EngineSizes;
 template <>
-struct Precision<float> {
+struct EngineSizes<float> {
   static constexpr std::uint32_t kBlock = kFloatBlock, kChunk = kFloatCombine;
   static constexpr int kFinalStripe = 256;
   static const float* radix() {
@@ -163,7 +163,7 @@ struct Precision<float> {
   }
 };
 template <>
-struct Precision<double> {
+struct EngineSizes<double> {
   static constexpr std::uint32_t kBlock = kDoubleBlock, kChunk = kDoubleCombine;
   static constexpr int kFinalStripe = 128;
   static const double* radix() {
@@ -196,7 +196,7 @@ void runKernel(T* re, T* im, std::uint32_t n, const T* tbl, bool fwd) {
 // joined to length c, and a final combining call joins the chunks.
 template <class T, int Step>
 void runCore(T* re, T* im, std::uint32_t n, int sign, const T* tbl) {
-  using P = Precision<T>;
+  using P = EngineSizes<T>;
   if (n <= 1) return;
   if (n == 2) {
     const T r0 = re[0], i0 = im[0], r1 = re[Step], i1 = im[Step];
