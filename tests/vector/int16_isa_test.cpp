@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -18,59 +19,60 @@ using ryxtest::Guarded;
 using ryxtest::Random;
 namespace k = ryx::int16;
 
-using KernelW = void (*)(k::Op, bool, const short*, const short*, short, short*, int);
-using KernelV = void (*)(k::Op, bool, const WCplx*, const WCplx*, WCplx, WCplx*, int);
+template <class T> using Kernel = void (*)(k::Op, bool, const T*, const T*, T, T*, int);
 
 short edgy(Random& rng) {
   static const short e[] = {-32768, -32767, -1, 0, 1, 32767, 16384, -16384};
   return rng.i32(0, 3) == 0 ? e[rng.i32(0, 7)] : static_cast<short>(rng.i32(-32768, 32767));
 }
+template <class T> void fillEdgy(Random& rng, T* p, int n) {
+  short* s = reinterpret_cast<short*>(p);
+  for (size_t i = 0; i < n * sizeof(T) / 2; ++i) s[i] = edgy(rng);
+}
 
-void checkKernels(KernelW kw, KernelV kv, const std::string& isa) {
+template <class T> void setMin(T& x) {
+  for (size_t i = 0; i < sizeof(T) / 2; ++i) reinterpret_cast<short*>(&x)[i] = -32768;
+}
+
+// dst against the model: the exact result wrapped or saturated, per part.
+template <class T>
+void expectModel(k::Op op, bool sat, const T* a, const std::vector<T>& b, T* dst, int n, const std::string& what) {
+  const std::vector<std::int64_t> r = i16model::exactParts(static_cast<i16model::Op>(op), a, b.data(), n);
+  const short* got = reinterpret_cast<const short*>(dst);
+  for (size_t i = 0; i < r.size(); ++i) {
+    ASSERT_EQ(got[i], sat ? i16model::clamp16(r[i]) : i16model::low16(r[i])) << what << " part " << i;
+  }
+}
+
+// Every op, both modes, lengths across the 8-byte head and the 16- and
+// 4-lane steps, every shape (1 and 2 in place on dst), at misalignments of
+// each array at the element's own granularity.
+template <class T> void checkKernel(Kernel<T> kernel, const std::string& isa) {
   Random rng(77);
   const int lengths[] = {1, 3, 4, 15, 16, 17, 31, 32, 33, 47, 63, 64, 65, 96, 100, 129, 255, 1000};
+  const int grain = ~(static_cast<int>(sizeof(T)) - 1);
   for (int op = 0; op < 3; ++op) {
     for (bool sat : {false, true}) {
       for (int n : lengths) {
         for (int off : {0, 2, 4, 6, 10}) {
           for (int shape = 1; shape <= 3; ++shape) {
-            Guarded<short> a(n, off), b(n, (off + 4) % 16), d(n, (off * 3) % 16);
-            for (int i = 0; i < n; ++i) {
-              a[i] = edgy(rng);
-              b[i] = edgy(rng);
+            Guarded<T> a(n, off & grain), b(n, ((off + 4) % 16) & grain), d(n, ((off * 3) % 16) & grain);
+            fillEdgy(rng, a.data(), n);
+            fillEdgy(rng, b.data(), n);
+            T val;
+            fillEdgy(rng, &val, 1);
+            if (n > 20) {  // the largest products, mid-array
+              setMin(a[n / 2]);
+              setMin(b[n / 2]);
             }
-            const short val = edgy(rng);
-            const short* pa = shape == 3 ? a.data() : d.data();
-            if (shape != 3) {
-              for (int i = 0; i < n; ++i) d[i] = a[i];
-            }
-            kw(static_cast<k::Op>(op), sat, pa, shape == 1 ? nullptr : b.data(), val, d.data(), n);
-            for (int i = 0; i < n; ++i) {
-              const std::int64_t r = i16model::exact(static_cast<i16model::Op>(op), a[i], shape == 1 ? val : b[i]);
-              ASSERT_EQ(d[i], sat ? i16model::clamp16(r) : i16model::low16(r)) << isa << " w op " << op << " n " << n << " i " << i;
-            }
+            if (n % 3 == 0) setMin(val);
+            if (shape != 3) std::memcpy(d.data(), a.data(), sizeof(T) * n);
+            const std::vector<T> rhs = shape == 1 ? std::vector<T>(n, val) : std::vector<T>(b.data(), b.data() + n);
+            kernel(static_cast<k::Op>(op), sat, shape == 3 ? a.data() : d.data(), shape == 1 ? nullptr : b.data(), val,
+                   d.data(), n);
+            expectModel(static_cast<k::Op>(op), sat, a.data(), rhs, d.data(), n,
+                        isa + " op " + std::to_string(op) + " shape " + std::to_string(shape) + " n " + std::to_string(n));
             ASSERT_TRUE(d.intact()) << isa;
-
-            Guarded<WCplx> ca(n, off & ~3), cb(n, 8), cd(n, (off * 2) & 12);
-            for (int i = 0; i < n; ++i) {
-              ca[i] = WCplx{edgy(rng), edgy(rng)};
-              cb[i] = WCplx{edgy(rng), edgy(rng)};
-            }
-            if (n > 20) {
-              ca[n / 2] = cb[n / 2] = WCplx{-32768, -32768};
-            }
-            const WCplx cv = (n % 3 == 0) ? WCplx{-32768, -32768} : WCplx{edgy(rng), edgy(rng)};
-            if (shape != 3) {
-              for (int i = 0; i < n; ++i) cd[i] = ca[i];
-            }
-            kv(static_cast<k::Op>(op), sat, shape == 3 ? ca.data() : cd.data(), shape == 1 ? nullptr : cb.data(), cv,
-               cd.data(), n);
-            for (int i = 0; i < n; ++i) {
-              const auto r = i16model::exact(static_cast<i16model::Op>(op), ca[i], shape == 1 ? cv : cb[i]);
-              ASSERT_EQ(cd[i].re, sat ? i16model::clamp16(r.re) : i16model::low16(r.re)) << isa << " v op " << op << " n " << n << " i " << i;
-              ASSERT_EQ(cd[i].im, sat ? i16model::clamp16(r.im) : i16model::low16(r.im)) << isa << " v op " << op << " n " << n << " i " << i;
-            }
-            ASSERT_TRUE(cd.intact()) << isa;
           }
         }
       }
@@ -78,44 +80,39 @@ void checkKernels(KernelW kw, KernelV kv, const std::string& isa) {
   }
 }
 
-TEST(Int16Lanes, BaselineKernelMatchesModel) { checkKernels(k::laneKernelW, k::laneKernelV, "sse2"); }
+TEST(Int16Lanes, BaselineKernelMatchesModel) {
+  checkKernel<short>(k::laneKernelW, "sse2 w");
+  checkKernel<WCplx>(k::laneKernelV, "sse2 v");
+}
 
 TEST(Int16Lanes, Avx2KernelMatchesModel) {
   if (!__builtin_cpu_supports("avx2")) GTEST_SKIP() << "no AVX2 on this processor";
-  checkKernels(k::avx2::laneKernelW, k::avx2::laneKernelV, "avx2");
+  checkKernel<short>(k::avx2::laneKernelW, "avx2 w");
+  checkKernel<WCplx>(k::avx2::laneKernelV, "avx2 v");
 }
 
 // Results too large for the caches take streaming stores after a head that
-// aligns dst; every alignment of dst and every shape against the model.
+// aligns dst; every alignment of dst against the model (w multiply shape 3,
+// v subtract shape 2).
 TEST(Int16Lanes, Avx2StreamingPathMatchesModel) {
   if (!__builtin_cpu_supports("avx2")) GTEST_SKIP() << "no AVX2 on this processor";
   Random rng(79);
-  const int n = (1 << 18) + 45;
+  const int n = (1 << 18) + 45, nc = n / 2;
   std::vector<short> a(n), b(n);
-  for (int i = 0; i < n; ++i) {
-    a[i] = edgy(rng);
-    b[i] = edgy(rng);
-  }
+  fillEdgy(rng, a.data(), n);
+  fillEdgy(rng, b.data(), n);
+  const WCplx* ca = reinterpret_cast<const WCplx*>(a.data());
+  const std::vector<WCplx> cb(reinterpret_cast<const WCplx*>(b.data()), reinterpret_cast<const WCplx*>(b.data()) + nc);
   for (int off : {0, 2, 4, 14, 30}) {
     for (bool sat : {false, true}) {
       Guarded<short> d(n, off);
       k::avx2::laneKernelW(k::Op::Mpy, sat, a.data(), b.data(), 0, d.data(), n);
-      for (int i = 0; i < n; ++i) {
-        const std::int64_t r = std::int64_t{a[i]} * b[i];
-        ASSERT_EQ(d[i], sat ? i16model::clamp16(r) : i16model::low16(r)) << off << " " << i;
-      }
+      expectModel(k::Op::Mpy, sat, a.data(), b, d.data(), n, "w off " + std::to_string(off));
       ASSERT_TRUE(d.intact());
-      const int nc = n / 2;
       Guarded<WCplx> cd(nc, off & ~3);
-      const WCplx* ca = reinterpret_cast<const WCplx*>(a.data());
-      const WCplx* cb = reinterpret_cast<const WCplx*>(b.data());
-      for (int i = 0; i < nc; ++i) cd[i] = ca[i];
-      k::avx2::laneKernelV(k::Op::Sub, sat, cd.data(), cb, WCplx{}, cd.data(), nc);
-      for (int i = 0; i < nc; ++i) {
-        const std::int64_t re = std::int64_t{ca[i].re} - cb[i].re, im = std::int64_t{ca[i].im} - cb[i].im;
-        ASSERT_EQ(cd[i].re, sat ? i16model::clamp16(re) : i16model::low16(re)) << off << " " << i;
-        ASSERT_EQ(cd[i].im, sat ? i16model::clamp16(im) : i16model::low16(im)) << off << " " << i;
-      }
+      std::memcpy(cd.data(), ca, sizeof(WCplx) * nc);
+      k::avx2::laneKernelV(k::Op::Sub, sat, cd.data(), cb.data(), WCplx{}, cd.data(), nc);
+      expectModel(k::Op::Sub, sat, ca, cb, cd.data(), nc, "v off " + std::to_string(off));
       ASSERT_TRUE(cd.intact());
     }
   }

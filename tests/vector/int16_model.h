@@ -79,6 +79,22 @@ inline short store(int mode, std::int64_t r, const int* factor) {
   return saturate ? clamp16(v) : low16(v);
 }
 
+// Exact results of arrays, one per 16-bit part (re, im for WCplx).
+inline std::vector<std::int64_t> exactParts(Op op, const short* a, const short* b, int n) {
+  std::vector<std::int64_t> r(n);
+  for (int i = 0; i < n; ++i) r[i] = exact(op, a[i], b[i]);
+  return r;
+}
+inline std::vector<std::int64_t> exactParts(Op op, const WCplx* a, const WCplx* b, int n) {
+  std::vector<std::int64_t> r(2 * static_cast<size_t>(n));
+  for (int i = 0; i < n; ++i) {
+    const Pair p = exact(op, a[i], b[i]);
+    r[2 * i] = p.re;
+    r[2 * i + 1] = p.im;
+  }
+  return r;
+}
+
 // Auto scale over exact results: the least shift that makes every value
 // fit, and the shifted values.
 inline int autoShift(const std::vector<std::int64_t>& values) {

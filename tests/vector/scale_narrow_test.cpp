@@ -8,6 +8,7 @@
 #include <limits>
 #include <vector>
 
+#include "int16_model.h"
 #include "test_support.h"
 #include "vector/scale_narrow.h"
 
@@ -15,16 +16,10 @@ namespace {
 
 using ryxtest::Random;
 
-short low16(std::int64_t v) {
-  std::int64_t m = v % 65536;
-  if (m < 0) m += 65536;
-  return static_cast<short>(m >= 32768 ? m - 65536 : m);
-}
-short clamp16(std::int64_t v) { return v > 32767 ? 32767 : (v < -32768 ? -32768 : static_cast<short>(v)); }
-std::int64_t floorDiv2(std::int64_t v, int s) {
-  const std::int64_t d = std::int64_t{1} << s;
-  return v / d - ((v % d != 0 && v < 0) ? 1 : 0);
-}
+using i16model::clamp16;
+using i16model::floorDiv2;
+using i16model::low16;
+
 bool fits(std::int64_t v) { return v >= -32768 && v <= 32767; }
 
 // floor(log2 |v|) - 14 for values beyond 16 bits, else 0.
@@ -173,11 +168,13 @@ std::vector<float> randomFloats(Random& rng, int n, int trial) {
   return v;
 }
 
+// Float arrays under every mode and factor, and SCplx split arrays, whose
+// parts share the larger auto factor.
 TEST(ScaleNarrowF32, ArraysUnderEveryModeAndFactor) {
   Random rng(13);
   for (int trial = 0; trial < 300; ++trial) {
     const int n = 1 + trial % 19;
-    const std::vector<float> src = randomFloats(rng, n, trial);
+    const std::vector<float> src = randomFloats(rng, n, trial), im = randomFloats(rng, n, trial * 3 + 1);
     for (int mode : kModes) {
       for (int fi = -1; fi < static_cast<int>(std::size(kFactors)); fi += 2) {
         int given = fi < 0 ? 0 : kFactors[fi];
@@ -194,6 +191,22 @@ TEST(ScaleNarrowF32, ArraysUnderEveryModeAndFactor) {
           f = fp ? *fp : 0;
         }
         for (int i = 0; i < n; ++i) ASSERT_EQ(dst[i], modelFloat(src[i], mode == 4 ? 0 : mode, f)) << trial << " " << mode << " " << src[i];
+      }
+      int given = kFactors[trial % std::size(kFactors)];
+      std::vector<short> dre(n), dim(n);
+      int written = given;
+      ownScaleArraySCplx(src.data(), im.data(), dre.data(), dim.data(), n, mode, &written);
+      int f = 0;
+      if (mode == 4) {
+        for (int i = 0; i < n; ++i) f = std::max({f, floatFactor(src[i]), floatFactor(im[i])});
+        ASSERT_EQ(written, f);
+      } else if (mode == 2 || mode == 3) {
+        f = given;
+        ASSERT_EQ(written, given);
+      }
+      for (int i = 0; i < n; ++i) {
+        ASSERT_EQ(dre[i], modelFloat(src[i], mode == 4 ? 0 : mode, f)) << "SCplx " << trial;
+        ASSERT_EQ(dim[i], modelFloat(im[i], mode == 4 ? 0 : mode, f)) << "SCplx " << trial;
       }
     }
   }
@@ -217,33 +230,6 @@ TEST(ScaleNarrowF32, TruncationSaturationAndAutoFactorByExample) {
   const float inRange[2] = {-32768.0f, 32767.0f};
   ownScaleArrayF32(inRange, d, 2, 4, &f);
   EXPECT_EQ(f, 0);
-}
-
-TEST(ScaleNarrowSCplx, BothPartsShareTheLargerFactor) {
-  Random rng(14);
-  for (int trial = 0; trial < 200; ++trial) {
-    const int n = 1 + trial % 17;
-    const std::vector<float> re = randomFloats(rng, n, trial);
-    const std::vector<float> im = randomFloats(rng, n, trial * 3 + 1);
-    for (int mode : kModes) {
-      int given = kFactors[trial % std::size(kFactors)];
-      std::vector<short> dre(n), dim(n);
-      int written = given;
-      ownScaleArraySCplx(re.data(), im.data(), dre.data(), dim.data(), n, mode, &written);
-      int f = 0;
-      if (mode == 4) {
-        for (int i = 0; i < n; ++i) f = std::max({f, floatFactor(re[i]), floatFactor(im[i])});
-        ASSERT_EQ(written, f);
-      } else if (mode == 2 || mode == 3) {
-        f = given;
-        ASSERT_EQ(written, given);
-      }
-      for (int i = 0; i < n; ++i) {
-        ASSERT_EQ(dre[i], modelFloat(re[i], mode == 4 ? 0 : mode, f));
-        ASSERT_EQ(dim[i], modelFloat(im[i], mode == 4 ? 0 : mode, f));
-      }
-    }
-  }
 }
 
 }  // namespace
