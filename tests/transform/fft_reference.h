@@ -30,17 +30,53 @@ inline LCplx unitRoot(std::uint64_t k, std::uint64_t n, int sign) {
   return {cosl(a), sign * sinl(a)};
 }
 
-// Bin k of sum x[j] exp(sign*2*pi*i*j*k/n).
-inline LCplx naiveBin(const std::vector<LCplx>& x, std::uint64_t k, int sign) {
+// The complex product written out (the library call behind operator* on
+// long double is slow and the sweeps make millions of them).
+inline LCplx mul(LCplx a, LCplx b) {
+  return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
+}
+
+// unitRoot(k, n, sign) for k < count, with cosl/sinl taken on the first
+// eighth of the circle only and the rest from the exact symmetries
+// (swapping cos and sin about pi/4, quarter turns) when 8 divides n.
+inline std::vector<LCplx> unitRoots(std::uint64_t n, std::uint64_t count, int sign) {
+  std::vector<LCplx> w(count);
+  if (n % 8 != 0) {
+    for (std::uint64_t k = 0; k < count; ++k) w[k] = unitRoot(k, n, sign);
+    return w;
+  }
+  const std::uint64_t q = n / 4, e = n / 8;
+  std::vector<long double> c(e + 1), s(e + 1);
+  for (std::uint64_t r = 0; r <= e; ++r) {
+    c[r] = unitRoot(r, n, 1).real();
+    s[r] = unitRoot(r, n, 1).imag();
+  }
+  for (std::uint64_t k = 0; k < count; ++k) {
+    const std::uint64_t r = k % q;
+    long double cr = r <= e ? c[r] : s[q - r], sr = r <= e ? s[r] : c[q - r];
+    for (std::uint64_t t = (k / q) % 4; t > 0; --t) {
+      const long double o = cr;
+      cr = -sr;
+      sr = o;
+    }
+    w[k] = {cr, sign * sr};
+  }
+  return w;
+}
+
+// Bin k of sum x[j] exp(sign*2*pi*i*j*k/n), roots from unitRoots(n, n, sign).
+inline LCplx naiveBin(const std::vector<LCplx>& x, const std::vector<LCplx>& roots, std::uint64_t k) {
   const std::uint64_t n = x.size();
   LCplx acc = 0;
-  for (std::uint64_t j = 0; j < n; ++j) acc += x[j] * unitRoot((j * k) % n, n, sign);
+  for (std::uint64_t j = 0; j < n; ++j) acc += mul(x[j], roots[(j * k) % n]);
   return acc;
 }
 
 inline std::vector<LCplx> naiveDft(const std::vector<LCplx>& x, int sign) {
+  std::vector<LCplx> roots(x.size());
+  for (std::uint64_t k = 0; k < x.size(); ++k) roots[k] = unitRoot(k, x.size(), sign);
   std::vector<LCplx> out(x.size());
-  for (std::uint64_t k = 0; k < x.size(); ++k) out[k] = naiveBin(x, k, sign);
+  for (std::uint64_t k = 0; k < x.size(); ++k) out[k] = naiveBin(x, roots, k);
   return out;
 }
 
@@ -55,13 +91,12 @@ inline std::vector<LCplx> referenceFft(std::vector<LCplx> x, int sign) {
     const std::uint64_t j = reverseBits(static_cast<std::uint32_t>(i), order);
     if (i < j) std::swap(x[i], x[j]);
   }
-  std::vector<LCplx> w(n / 2 + 1);
-  for (std::uint64_t k = 0; k < w.size(); ++k) w[k] = unitRoot(k, n, sign);
+  const std::vector<LCplx> w = unitRoots(n, n / 2 + 1, sign);
   for (std::uint64_t len = 1; len < n; len *= 2) {
     const std::uint64_t step = n / (2 * len);
     for (std::uint64_t g = 0; g < n; g += 2 * len) {
       for (std::uint64_t k = 0; k < len; ++k) {
-        const LCplx p = x[g + k + len] * w[k * step];
+        const LCplx p = mul(x[g + k + len], w[k * step]);
         const LCplx a = x[g + k];
         x[g + k] = a + p;
         x[g + k + len] = a - p;
@@ -98,10 +133,11 @@ std::vector<LCplx> widen(const C* p, std::size_t n) {
   return v;
 }
 
+// Real samples as complex values.
 template <class T>
-std::vector<LCplx> widenSplit(const T* re, const T* im, std::size_t n) {
+std::vector<LCplx> widenReal(const T* p, std::size_t n) {
   std::vector<LCplx> v(n);
-  for (std::size_t i = 0; i < n; ++i) v[i] = {static_cast<long double>(re[i]), static_cast<long double>(im[i])};
+  for (std::size_t i = 0; i < n; ++i) v[i] = static_cast<long double>(p[i]);
   return v;
 }
 
