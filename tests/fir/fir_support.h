@@ -32,213 +32,87 @@ inline RC operator*(RC a, RC b) { return {a.re * b.re - a.im * b.im, a.re * b.im
 inline RC operator+(RC a, RC b) { return {a.re + b.re, a.im + b.im}; }
 inline ld mag1(RC a) { return std::fabs(a.re) + std::fabs(a.im); }
 
-template <class T>
-constexpr bool isComplex = std::is_same_v<T, SCplx> || std::is_same_v<T, DCplx>;
-
 // ---- Type combinations --------------------------------------------------------
 //
-// Each combination names its sample type S, tap type H, result type O and
-// every routine of both forms that it uses: set-up of taps by tap type,
-// of history by sample type.
-struct ComboS {
-  using S = float;
-  using H = float;
-  using O = float;
-  static constexpr const char* name = "s";
-  static constexpr bool isFloat = true;
-  static constexpr auto firl = ryxsFirl;
-  static constexpr auto bFirl = ryxsbFirl;
-  static constexpr auto firlInit = ryxsFirlInit;
-  static constexpr auto firlInitMr = ryxsFirlInitMr;
-  static constexpr auto firlSetTaps = ryxsFirlSetTaps;
-  static constexpr auto firlGetTaps = ryxsFirlGetTaps;
-  static constexpr auto firlInitDlyl = ryxsFirlInitDlyl;
-  static constexpr auto firlSetDlyl = ryxsFirlSetDlyl;
-  static constexpr auto firlGetDlyl = ryxsFirlGetDlyl;
-  static constexpr auto fir = ryxsFir;
-  static constexpr auto bFir = ryxsbFir;
-  static constexpr auto firInit = ryxsFirInit;
-  static constexpr auto firInitMr = ryxsFirInitMr;
-  static constexpr auto firSetTaps = ryxsFirSetTaps;
-  static constexpr auto firGetTaps = ryxsFirGetTaps;
-  static constexpr auto firSetDlyl = ryxsFirSetDlyl;
-  static constexpr auto firGetDlyl = ryxsFirGetDlyl;
-};
-struct ComboC {
-  using S = SCplx;
-  using H = SCplx;
-  using O = SCplx;
-  static constexpr const char* name = "c";
-  static constexpr bool isFloat = true;
-  static constexpr auto firl = ryxcFirl;
-  static constexpr auto bFirl = ryxcbFirl;
-  static constexpr auto firlInit = ryxcFirlInit;
-  static constexpr auto firlInitMr = ryxcFirlInitMr;
-  static constexpr auto firlSetTaps = ryxcFirlSetTaps;
-  static constexpr auto firlGetTaps = ryxcFirlGetTaps;
-  static constexpr auto firlInitDlyl = ryxcFirlInitDlyl;
-  static constexpr auto firlSetDlyl = ryxcFirlSetDlyl;
-  static constexpr auto firlGetDlyl = ryxcFirlGetDlyl;
-  static constexpr auto fir = ryxcFir;
-  static constexpr auto bFir = ryxcbFir;
-  static constexpr auto firInit = ryxcFirInit;
-  static constexpr auto firInitMr = ryxcFirInitMr;
-  static constexpr auto firSetTaps = ryxcFirSetTaps;
-  static constexpr auto firGetTaps = ryxcFirGetTaps;
-  static constexpr auto firSetDlyl = ryxcFirSetDlyl;
-  static constexpr auto firGetDlyl = ryxcFirGetDlyl;
-};
-struct ComboSC {
-  using S = float;
-  using H = SCplx;
-  using O = SCplx;
-  static constexpr const char* name = "sc";
-  static constexpr bool isFloat = true;
-  static constexpr auto firl = ryxscFirl;
-  static constexpr auto bFirl = ryxscbFirl;
-  static constexpr auto firlInit = ryxcFirlInit;
-  static constexpr auto firlInitMr = ryxcFirlInitMr;
-  static constexpr auto firlSetTaps = ryxcFirlSetTaps;
-  static constexpr auto firlGetTaps = ryxcFirlGetTaps;
-  static constexpr auto firlInitDlyl = ryxsFirlInitDlyl;
-  static constexpr auto firlSetDlyl = ryxsFirlSetDlyl;
-  static constexpr auto firlGetDlyl = ryxsFirlGetDlyl;
-  static constexpr auto fir = ryxscFir;
-  static constexpr auto bFir = ryxscbFir;
-  static constexpr auto firInit = ryxscFirInit;
-  static constexpr auto firInitMr = ryxscFirInitMr;
-  static constexpr auto firSetTaps = ryxcFirSetTaps;
-  static constexpr auto firGetTaps = ryxcFirGetTaps;
-  static constexpr auto firSetDlyl = ryxsFirSetDlyl;
-  static constexpr auto firGetDlyl = ryxsFirGetDlyl;
-};
-struct ComboCS {
-  using S = SCplx;
-  using H = float;
-  using O = SCplx;
-  static constexpr const char* name = "cs";
-  static constexpr bool isFloat = true;
-  static constexpr auto firl = ryxcsFirl;
-  static constexpr auto bFirl = ryxcsbFirl;
-  static constexpr auto firlInit = ryxsFirlInit;
-  static constexpr auto firlInitMr = ryxsFirlInitMr;
-  static constexpr auto firlSetTaps = ryxsFirlSetTaps;
-  static constexpr auto firlGetTaps = ryxsFirlGetTaps;
-  static constexpr auto firlInitDlyl = ryxcFirlInitDlyl;
-  static constexpr auto firlSetDlyl = ryxcFirlSetDlyl;
-  static constexpr auto firlGetDlyl = ryxcFirlGetDlyl;
-  static constexpr auto fir = ryxcsFir;
-  static constexpr auto bFir = ryxcsbFir;
-  static constexpr auto firInit = ryxcsFirInit;
-  static constexpr auto firInitMr = ryxcsFirInitMr;
-  static constexpr auto firSetTaps = ryxsFirSetTaps;
-  static constexpr auto firGetTaps = ryxsFirGetTaps;
-  static constexpr auto firSetDlyl = ryxcFirSetDlyl;
-  static constexpr auto firGetDlyl = ryxcFirGetDlyl;
-};
-struct ComboD {
-  using S = double;
-  using H = double;
-  using O = double;
-  static constexpr const char* name = "d";
-  static constexpr bool isFloat = false;
-  static constexpr auto firl = ryxdFirl;
-  static constexpr auto bFirl = ryxdbFirl;
-  static constexpr auto firlInit = ryxdFirlInit;
-  static constexpr auto firlInitMr = ryxdFirlInitMr;
-  static constexpr auto firlSetTaps = ryxdFirlSetTaps;
-  static constexpr auto firlGetTaps = ryxdFirlGetTaps;
-  static constexpr auto firlInitDlyl = ryxdFirlInitDlyl;
-  static constexpr auto firlSetDlyl = ryxdFirlSetDlyl;
-  static constexpr auto firlGetDlyl = ryxdFirlGetDlyl;
-  static constexpr auto fir = ryxdFir;
-  static constexpr auto bFir = ryxdbFir;
-  static constexpr auto firInit = ryxdFirInit;
-  static constexpr auto firInitMr = ryxdFirInitMr;
-  static constexpr auto firSetTaps = ryxdFirSetTaps;
-  static constexpr auto firGetTaps = ryxdFirGetTaps;
-  static constexpr auto firSetDlyl = ryxdFirSetDlyl;
-  static constexpr auto firGetDlyl = ryxdFirGetDlyl;
-};
-struct ComboZ {
-  using S = DCplx;
-  using H = DCplx;
-  using O = DCplx;
-  static constexpr const char* name = "z";
-  static constexpr bool isFloat = false;
-  static constexpr auto firl = ryxzFirl;
-  static constexpr auto bFirl = ryxzbFirl;
-  static constexpr auto firlInit = ryxzFirlInit;
-  static constexpr auto firlInitMr = ryxzFirlInitMr;
-  static constexpr auto firlSetTaps = ryxzFirlSetTaps;
-  static constexpr auto firlGetTaps = ryxzFirlGetTaps;
-  static constexpr auto firlInitDlyl = ryxzFirlInitDlyl;
-  static constexpr auto firlSetDlyl = ryxzFirlSetDlyl;
-  static constexpr auto firlGetDlyl = ryxzFirlGetDlyl;
-  static constexpr auto fir = ryxzFir;
-  static constexpr auto bFir = ryxzbFir;
-  static constexpr auto firInit = ryxzFirInit;
-  static constexpr auto firInitMr = ryxzFirInitMr;
-  static constexpr auto firSetTaps = ryxzFirSetTaps;
-  static constexpr auto firGetTaps = ryxzFirGetTaps;
-  static constexpr auto firSetDlyl = ryxzFirSetDlyl;
-  static constexpr auto firGetDlyl = ryxzFirGetDlyl;
-};
-struct ComboDZ {
-  using S = double;
-  using H = DCplx;
-  using O = DCplx;
-  static constexpr const char* name = "dz";
-  static constexpr bool isFloat = false;
-  static constexpr auto firl = ryxdzFirl;
-  static constexpr auto bFirl = ryxdzbFirl;
-  static constexpr auto firlInit = ryxzFirlInit;
-  static constexpr auto firlInitMr = ryxzFirlInitMr;
-  static constexpr auto firlSetTaps = ryxzFirlSetTaps;
-  static constexpr auto firlGetTaps = ryxzFirlGetTaps;
-  static constexpr auto firlInitDlyl = ryxdFirlInitDlyl;
-  static constexpr auto firlSetDlyl = ryxdFirlSetDlyl;
-  static constexpr auto firlGetDlyl = ryxdFirlGetDlyl;
-  static constexpr auto fir = ryxdzFir;
-  static constexpr auto bFir = ryxdzbFir;
-  static constexpr auto firInit = ryxdzFirInit;
-  static constexpr auto firInitMr = ryxdzFirInitMr;
-  static constexpr auto firSetTaps = ryxzFirSetTaps;
-  static constexpr auto firGetTaps = ryxzFirGetTaps;
-  static constexpr auto firSetDlyl = ryxdFirSetDlyl;
-  static constexpr auto firGetDlyl = ryxdFirGetDlyl;
-};
-struct ComboZD {
-  using S = DCplx;
-  using H = double;
-  using O = DCplx;
-  static constexpr const char* name = "zd";
-  static constexpr bool isFloat = false;
-  static constexpr auto firl = ryxzdFirl;
-  static constexpr auto bFirl = ryxzdbFirl;
-  static constexpr auto firlInit = ryxdFirlInit;
-  static constexpr auto firlInitMr = ryxdFirlInitMr;
-  static constexpr auto firlSetTaps = ryxdFirlSetTaps;
-  static constexpr auto firlGetTaps = ryxdFirlGetTaps;
-  static constexpr auto firlInitDlyl = ryxzFirlInitDlyl;
-  static constexpr auto firlSetDlyl = ryxzFirlSetDlyl;
-  static constexpr auto firlGetDlyl = ryxzFirlGetDlyl;
-  static constexpr auto fir = ryxzdFir;
-  static constexpr auto bFir = ryxzdbFir;
-  static constexpr auto firInit = ryxzdFirInit;
-  static constexpr auto firInitMr = ryxzdFirInitMr;
-  static constexpr auto firSetTaps = ryxdFirSetTaps;
-  static constexpr auto firGetTaps = ryxdFirGetTaps;
-  static constexpr auto firSetDlyl = ryxzFirSetDlyl;
-  static constexpr auto firGetDlyl = ryxzFirGetDlyl;
-};
+// Side<T> holds the routines keyed by one element type: the tap set-up of
+// taps of type T and the history set-up of samples of type T. A combination
+// names its sample type S, tap type H, result type O and its own filter and
+// Init routines, and takes the rest from Side<H> (taps) and Side<S> (history).
+template <class T>
+struct Side;
+#define FIR_SIDE(T, lInit, lInitMr, lSetTaps, lGetTaps, lInitDlyl, lSetDlyl, lGetDlyl, hSetTaps, hGetTaps, hSetDlyl, \
+                 hGetDlyl)                                                                                          \
+  template <>                                                                                                       \
+  struct Side<T> {                                                                                                  \
+    static constexpr auto firlInit = lInit;                                                                         \
+    static constexpr auto firlInitMr = lInitMr;                                                                     \
+    static constexpr auto firlSetTaps = lSetTaps;                                                                   \
+    static constexpr auto firlGetTaps = lGetTaps;                                                                   \
+    static constexpr auto firlInitDlyl = lInitDlyl;                                                                 \
+    static constexpr auto firlSetDlyl = lSetDlyl;                                                                   \
+    static constexpr auto firlGetDlyl = lGetDlyl;                                                                   \
+    static constexpr auto firSetTaps = hSetTaps;                                                                    \
+    static constexpr auto firGetTaps = hGetTaps;                                                                    \
+    static constexpr auto firSetDlyl = hSetDlyl;                                                                    \
+    static constexpr auto firGetDlyl = hGetDlyl;                                                                    \
+  }
+FIR_SIDE(float, ryxsFirlInit, ryxsFirlInitMr, ryxsFirlSetTaps, ryxsFirlGetTaps, ryxsFirlInitDlyl, ryxsFirlSetDlyl,
+         ryxsFirlGetDlyl, ryxsFirSetTaps, ryxsFirGetTaps, ryxsFirSetDlyl, ryxsFirGetDlyl);
+FIR_SIDE(SCplx, ryxcFirlInit, ryxcFirlInitMr, ryxcFirlSetTaps, ryxcFirlGetTaps, ryxcFirlInitDlyl, ryxcFirlSetDlyl,
+         ryxcFirlGetDlyl, ryxcFirSetTaps, ryxcFirGetTaps, ryxcFirSetDlyl, ryxcFirGetDlyl);
+FIR_SIDE(double, ryxdFirlInit, ryxdFirlInitMr, ryxdFirlSetTaps, ryxdFirlGetTaps, ryxdFirlInitDlyl, ryxdFirlSetDlyl,
+         ryxdFirlGetDlyl, ryxdFirSetTaps, ryxdFirGetTaps, ryxdFirSetDlyl, ryxdFirGetDlyl);
+FIR_SIDE(DCplx, ryxzFirlInit, ryxzFirlInitMr, ryxzFirlSetTaps, ryxzFirlGetTaps, ryxzFirlInitDlyl, ryxzFirlSetDlyl,
+         ryxzFirlGetDlyl, ryxzFirSetTaps, ryxzFirGetTaps, ryxzFirSetDlyl, ryxzFirGetDlyl);
+#undef FIR_SIDE
+
+#define FIR_COMBO(Name, code, SS, HH, OO, lFir, lBlock, hFir, hBlock, hInit, hInitMr)                  \
+  struct Name {                                                                                      \
+    using S = SS;                                                                                    \
+    using H = HH;                                                                                    \
+    using O = OO;                                                                                    \
+    static constexpr const char* name = code;                                                        \
+    static constexpr bool isFloat = std::is_same_v<S, float> || std::is_same_v<S, SCplx>;            \
+    static constexpr auto firl = lFir;                                                               \
+    static constexpr auto bFirl = lBlock;                                                            \
+    static constexpr auto fir = hFir;                                                                \
+    static constexpr auto bFir = hBlock;                                                             \
+    static constexpr auto firInit = hInit;                                                           \
+    static constexpr auto firInitMr = hInitMr;                                                       \
+    static constexpr auto firlInit = Side<H>::firlInit;                                              \
+    static constexpr auto firlInitMr = Side<H>::firlInitMr;                                          \
+    static constexpr auto firlSetTaps = Side<H>::firlSetTaps;                                        \
+    static constexpr auto firlGetTaps = Side<H>::firlGetTaps;                                        \
+    static constexpr auto firSetTaps = Side<H>::firSetTaps;                                          \
+    static constexpr auto firGetTaps = Side<H>::firGetTaps;                                          \
+    static constexpr auto firlInitDlyl = Side<S>::firlInitDlyl;                                      \
+    static constexpr auto firlSetDlyl = Side<S>::firlSetDlyl;                                        \
+    static constexpr auto firlGetDlyl = Side<S>::firlGetDlyl;                                        \
+    static constexpr auto firSetDlyl = Side<S>::firSetDlyl;                                          \
+    static constexpr auto firGetDlyl = Side<S>::firGetDlyl;                                          \
+  }
+FIR_COMBO(ComboS, "s", float, float, float, ryxsFirl, ryxsbFirl, ryxsFir, ryxsbFir, ryxsFirInit, ryxsFirInitMr);
+FIR_COMBO(ComboC, "c", SCplx, SCplx, SCplx, ryxcFirl, ryxcbFirl, ryxcFir, ryxcbFir, ryxcFirInit, ryxcFirInitMr);
+FIR_COMBO(ComboSC, "sc", float, SCplx, SCplx, ryxscFirl, ryxscbFirl, ryxscFir, ryxscbFir, ryxscFirInit, ryxscFirInitMr);
+FIR_COMBO(ComboCS, "cs", SCplx, float, SCplx, ryxcsFirl, ryxcsbFirl, ryxcsFir, ryxcsbFir, ryxcsFirInit, ryxcsFirInitMr);
+FIR_COMBO(ComboD, "d", double, double, double, ryxdFirl, ryxdbFirl, ryxdFir, ryxdbFir, ryxdFirInit, ryxdFirInitMr);
+FIR_COMBO(ComboZ, "z", DCplx, DCplx, DCplx, ryxzFirl, ryxzbFirl, ryxzFir, ryxzbFir, ryxzFirInit, ryxzFirInitMr);
+FIR_COMBO(ComboDZ, "dz", double, DCplx, DCplx, ryxdzFirl, ryxdzbFirl, ryxdzFir, ryxdzbFir, ryxdzFirInit, ryxdzFirInitMr);
+FIR_COMBO(ComboZD, "zd", DCplx, double, DCplx, ryxzdFirl, ryxzdbFirl, ryxzdFir, ryxzdbFir, ryxzdFirInit, ryxzdFirInitMr);
+#undef FIR_COMBO
 
 using AllCombos = ::testing::Types<ComboS, ComboC, ComboSC, ComboCS, ComboD, ComboZ, ComboDZ, ComboZD>;
 
+// Test names: the combination's code, with the form in front for a form.
 struct ComboNames {
   template <class T>
   static std::string GetName(int) {
-    return T::name;
+    if constexpr (requires { typename T::Combo; }) {
+      std::string form = T::high ? "high_" : "low_";
+      return form.append(T::Combo::name);
+    } else {
+      return T::name;
+    }
   }
 };
 
@@ -265,11 +139,6 @@ std::vector<T> randomVec(std::mt19937& g, int n) {
 template <class T>
 bool sameBits(const T& a, const T& b) {
   return std::memcmp(&a, &b, sizeof(T)) == 0;
-}
-
-template <class T>
-RC asRC(const T& v) {
-  return toRC(v);
 }
 
 // Unit roundoff of the result type.
@@ -367,6 +236,132 @@ template <class O>
                                        << static_cast<double>(want.value.im) << ") bound "
                                        << static_cast<double>(bound);
 }
+
+// Every output of a block against the reference, and bitwise equality of two
+// runs of samples.
+template <class O>
+::testing::AssertionResult allNear(const O* got, const std::vector<RefOut>& want, int terms) {
+  for (size_t i = 0; i < want.size(); ++i) {
+    ::testing::AssertionResult r = near(got[i], want[i], terms);
+    if (!r) return ::testing::AssertionFailure() << "output " << i << ": " << r.message();
+  }
+  return ::testing::AssertionSuccess();
+}
+
+template <class T>
+::testing::AssertionResult allSame(const T* a, const T* b, size_t n) {
+  for (size_t i = 0; i < n; ++i)
+    if (!sameBits(a[i], b[i])) return ::testing::AssertionFailure() << "differs at " << i;
+  return ::testing::AssertionSuccess();
+}
+
+// The last n samples of `first` followed by `then`.
+template <class S>
+std::vector<S> lastOf(const std::vector<S>& first, const std::vector<S>& then, size_t n) {
+  std::vector<S> all = first;
+  all.insert(all.end(), then.begin(), then.end());
+  return std::vector<S>(all.end() - static_cast<long>(n), all.end());
+}
+
+inline int ceilDiv(int a, int b) { return (a + b - 1) / b; }
+
+// ---- The two forms behind one face ---------------------------------------------------
+//
+// Low<C> keeps a tap state, a delay state and the arrays they point at; High<C>
+// keeps one record. Both take taps and history (oldest first; null when
+// empty), filter blocks and single samples and hand back history and taps,
+// so a rule both forms must keep is written once.
+struct Rates {
+  int up = 1, upPhase = 0, down = 1, downPhase = 0;
+  bool multi() const { return up > 1 || down > 1; }
+};
+
+template <class T>
+const T* orNull(const std::vector<T>& v) {
+  return v.empty() ? nullptr : v.data();
+}
+
+template <class C>
+struct Low {
+  using Combo = C;
+  using S = typename C::S;
+  using H = typename C::H;
+  using O = typename C::O;
+  static constexpr bool high = false;
+
+  void init(const std::vector<H>& t, const std::vector<S>& hist, Rates r = {}) {
+    taps = t;
+    const int len = static_cast<int>(taps.size());
+    if (r.multi()) {
+      C::firlInitMr(taps.data(), len, r.up, r.upPhase, r.down, r.downPhase, &ts);
+    } else {
+      C::firlInit(taps.data(), len, &ts);
+    }
+    line.assign(static_cast<size_t>(ceilDiv(len, r.up)), S{});
+    C::firlInitDlyl(&ts, line.data(), &ds);
+    ASSERT_EQ(ds.dlylLen, static_cast<int>(line.size()));
+    C::firlSetDlyl(&ts, orNull(hist), &ds);
+  }
+  void block(const S* src, O* dst, int n) { C::bFirl(&ts, &ds, src, dst, n); }
+  O one(S x) { return C::firl(&ts, &ds, x); }
+  void setTaps(const H* t) { C::firlSetTaps(t, &ts); }
+  void getTaps(H* t) { C::firlGetTaps(&ts, t); }
+  void setHistory(const S* h) { C::firlSetDlyl(&ts, h, &ds); }
+  // A multirate line shows all its places, a single-rate one all but one.
+  std::vector<S> history() {
+    std::vector<S> h(line.size() - (ts.isMultiRate ? 0 : 1));
+    if (!h.empty()) C::firlGetDlyl(&ts, &ds, h.data());
+    EXPECT_EQ(ds.isDlyFilterMode, 1);  // a copy out keeps the working order
+    return h;
+  }
+
+  std::vector<H> taps;
+  std::vector<S> line;
+  RyxFirTapState ts{};
+  RyxFirDlyState ds{};
+};
+
+template <class C>
+struct High {
+  using Combo = C;
+  using S = typename C::S;
+  using H = typename C::H;
+  using O = typename C::O;
+  static constexpr bool high = true;
+
+  High() = default;
+  High(const High&) = delete;
+  ~High() {
+    if (st.initMark == &st) ryxFirFree(&st);
+  }
+  // A live record is initialised again over itself.
+  void init(const std::vector<H>& t, const std::vector<S>& hist, Rates r = {}) {
+    const int len = static_cast<int>(t.size());
+    if (r.multi()) {
+      C::firInitMr(t.data(), len, orNull(hist), r.up, r.upPhase, r.down, r.downPhase, &st);
+    } else {
+      C::firInit(t.data(), len, orNull(hist), &st);
+    }
+    ASSERT_EQ(st.initMark, &st);
+    ASSERT_EQ(st.dlylLen, r.multi() ? ceilDiv(len, r.up) : len - 1);
+  }
+  void block(const S* src, O* dst, int n) { C::bFir(&st, src, dst, n); }
+  O one(S x) { return C::fir(&st, x); }
+  void setTaps(const H* t) { C::firSetTaps(t, &st); }
+  void getTaps(H* t) { C::firGetTaps(&st, t); }
+  void setHistory(const S* h) { C::firSetDlyl(h, &st); }
+  std::vector<S> history() {
+    std::vector<S> h(static_cast<size_t>(st.dlylLen));
+    if (!h.empty()) C::firGetDlyl(&st, h.data());
+    return h;
+  }
+
+  RyxFirState st{};
+};
+
+using AllForms = ::testing::Types<Low<ComboS>, Low<ComboC>, Low<ComboSC>, Low<ComboCS>, Low<ComboD>, Low<ComboZ>,
+                                  Low<ComboDZ>, Low<ComboZD>, High<ComboS>, High<ComboC>, High<ComboSC>,
+                                  High<ComboCS>, High<ComboD>, High<ComboZ>, High<ComboDZ>, High<ComboZD>>;
 
 // ---- Reports -------------------------------------------------------------------------------
 
