@@ -51,32 +51,23 @@ TEST(StatusStore, SetAndModeAreStoredUnchecked) {
   EXPECT_TRUE(capture.reports().empty());
 }
 
-TEST(ErrorRouting, ZeroStatusIsStoredAndNotReported) {
+// Zero is stored and not reported; any other status is stored, reported
+// with its arguments unchanged and passed through.
+TEST(ErrorRouting, StatusIsStoredAndFailuresReported) {
   ReportCapture capture;
   ryxSetErrStatus(-5);
   EXPECT_EQ(ryxError(0, "f", "c", "file", 3), 0);
   EXPECT_EQ(ryxGetErrStatus(), 0);
   EXPECT_TRUE(capture.reports().empty());
-}
-
-TEST(ErrorRouting, FailureIsStoredAndPassedThroughUnchanged) {
-  ReportCapture capture;
   EXPECT_EQ(ryxError(RYX_StsNoMem, "ryxThing", "Full Table", "ryxtwd", 42), RYX_StsNoMem);
   EXPECT_EQ(ryxGetErrStatus(), RYX_StsNoMem);
-  ASSERT_EQ(capture.reports().size(), 1u);
-  const auto& r = capture.reports()[0];
-  EXPECT_EQ(r.status, RYX_StsNoMem);
-  EXPECT_EQ(r.funcName, "ryxThing");
-  EXPECT_EQ(r.context, "Full Table");
-  EXPECT_EQ(r.file, "ryxtwd");
-  EXPECT_EQ(r.line, 42);
-}
-
-TEST(ErrorRouting, PositiveStatusIsStoredAndReported) {
-  ReportCapture capture;
   ryxError(3, "f", "c", "s", 1);
   EXPECT_EQ(ryxGetErrStatus(), 3);
-  EXPECT_EQ(capture.reports().size(), 1u);
+  ASSERT_EQ(capture.reports().size(), 2u);
+  const auto& r = capture.reports()[0];
+  EXPECT_TRUE(r.status == RYX_StsNoMem && r.funcName == "ryxThing" && r.context == "Full Table" && r.file == "ryxtwd" &&
+              r.line == 42);
+  EXPECT_EQ(capture.reports()[1].status, 3);
 }
 
 TEST(ErrorRouting, TraceStatusesKeepTheFirstFailure) {
@@ -108,46 +99,38 @@ TEST(ErrorRouting, RedirectReturnsPreviousAndNullRestoresTheBox) {
 
 // ---- ryxStdErrReport ------------------------------------------------------
 
-std::string stdErrOf(int mode, RyxStatus status, const char* func, const char* context, const char* file, int line,
-                     RyxStatus* result) {
+TEST(StdErrReport, FormatsByStatusKindAndMode) {
+  const struct {
+    int mode;
+    RyxStatus status;
+    const char *func, *context, *file;
+    int line;
+    const char* text;
+  } cases[] = {
+      {RYX_ErrorModeParent, -5, "ryxsbAdd1", "n<=0", "ryxarith", 57,
+       "\nRYX Library Error: Bad argument \n\tin function [ryxarith:57]:ryxsbAdd1(): n<=0\n"},
+      {RYX_ErrorModeParent, RYX_StsBacktrace, "outer", nullptr, "ryxconvs", 9, "\tcalled from [ryxconvs:9]:outer\n"},
+      {RYX_ErrorModeParent, RYX_StsAutotrace, "fn", "x, 3", "stem", 2, "\tcalled from [stem:2]:fn(x, 3)\n"},
+      // The bracket only with a line or a file.
+      {RYX_ErrorModeParent, -4, nullptr, nullptr, nullptr, 0, "\nRYX Library Error: Out of memory \n\tin function:<unknown>\n"},
+      {RYX_ErrorModeParent, -4, "f", "m", "", 0, "\nRYX Library Error: Out of memory \n\tin function [:0]:f(): m\n"},
+      {RYX_ErrorModeSilent, -5, "f", "c", "s", 1, ""},
+      // An unknown mode prints and returns.
+      {7, -5, "f", "c", "s", 1, "\nRYX Library Error: Bad argument \n\tin function [s:1]:f(): c\n"},
+  };
   const int saved = ryxGetErrMode();
-  ryxSetErrMode(mode);
-  testing::internal::CaptureStderr();
-  *result = ryxStdErrReport(status, func, context, file, line);
-  std::string text = testing::internal::GetCapturedStderr();
-  ryxSetErrMode(saved);
-  return text;
-}
-
-TEST(StdErrReport, FormatsByStatusKind) {
-  RyxStatus r;
-  EXPECT_EQ(stdErrOf(RYX_ErrorModeParent, -5, "ryxsbAdd1", "n<=0", "ryxarith", 57, &r),
-            "\nRYX Library Error: Bad argument \n\tin function [ryxarith:57]:ryxsbAdd1(): n<=0\n");
-  EXPECT_EQ(r, -5);
-  EXPECT_EQ(stdErrOf(RYX_ErrorModeParent, RYX_StsBacktrace, "outer", nullptr, "ryxconvs", 9, &r),
-            "\tcalled from [ryxconvs:9]:outer\n");
-  EXPECT_EQ(stdErrOf(RYX_ErrorModeParent, RYX_StsAutotrace, "fn", "x, 3", "stem", 2, &r),
-            "\tcalled from [stem:2]:fn(x, 3)\n");
-  EXPECT_EQ(r, RYX_StsAutotrace);
-}
-
-TEST(StdErrReport, BracketOnlyWithALineOrAFile) {
-  RyxStatus r;
-  EXPECT_EQ(stdErrOf(RYX_ErrorModeParent, -4, nullptr, nullptr, nullptr, 0, &r),
-            "\nRYX Library Error: Out of memory \n\tin function:<unknown>\n");
-  EXPECT_EQ(stdErrOf(RYX_ErrorModeParent, -4, "f", "m", "", 0, &r),
-            "\nRYX Library Error: Out of memory \n\tin function [:0]:f(): m\n");
+  for (const auto& c : cases) {
+    ryxSetErrMode(c.mode);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(ryxStdErrReport(c.status, c.func, c.context, c.file, c.line), c.status);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), c.text);
+  }
   // A positive line with no file still prints the bracket.
-  EXPECT_NE(stdErrOf(RYX_ErrorModeParent, -4, "f", nullptr, nullptr, 7, &r).find(":7]:f\n"), std::string::npos);
-}
-
-TEST(StdErrReport, SilentAndOutOfRangeModes) {
-  RyxStatus r;
-  EXPECT_EQ(stdErrOf(RYX_ErrorModeSilent, -5, "f", "c", "s", 1, &r), "");
-  EXPECT_EQ(r, -5);
-  // An unknown mode prints and returns.
-  EXPECT_FALSE(stdErrOf(7, -5, "f", "c", "s", 1, &r).empty());
-  EXPECT_EQ(r, -5);
+  ryxSetErrMode(RYX_ErrorModeParent);
+  testing::internal::CaptureStderr();
+  ryxStdErrReport(-4, "f", nullptr, nullptr, 7);
+  EXPECT_NE(testing::internal::GetCapturedStderr().find(":7]:f\n"), std::string::npos);
+  ryxSetErrMode(saved);
 }
 
 TEST(StdErrReportDeathTest, LeafModeEndsTheProcess) {
@@ -164,13 +147,17 @@ TEST(StdErrReportDeathTest, LeafModeEndsTheProcess) {
 
 // ---- ryxNulDevReport ------------------------------------------------------
 
-TEST(NulDevReport, ReturnsOutsideLeafMode) {
+// Outside Leaf mode the null-device report returns silently; the box shows
+// nothing in Silent mode or a mode it does not know.
+TEST(NulDevAndBoxReport, ReturnSilently) {
   const int saved = ryxGetErrMode();
-  for (int mode : {int{RYX_ErrorModeParent}, int{RYX_ErrorModeSilent}, 5}) {
+  for (auto [fn, mode] : {std::pair{&ryxNulDevReport, int{RYX_ErrorModeParent}}, {&ryxNulDevReport, RYX_ErrorModeSilent},
+                          {&ryxNulDevReport, 5}, {&ryxGuiBoxReport, RYX_ErrorModeSilent}, {&ryxGuiBoxReport, 3},
+                          {&ryxGuiBoxReport, -1}}) {
     ryxSetErrMode(mode);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(ryxNulDevReport(-5, "f", "c", "s", 1), -5);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(fn(-5, "f", "c", "s", 1), -5);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << mode;
   }
   ryxSetErrMode(saved);
 }
@@ -190,7 +177,10 @@ TEST(NulDevReportDeathTest, LeafModeEndsSilently) {
 // Each case runs in a child process detached from any terminal, so the box
 // takes its default button.
 
-TEST(BoxReportDeathTest, ParentModeShowsTitleAndBodyThenReturns) {
+// Parent mode: title from the status, body, trailer, then the call returns
+// the status; the trace statuses take their own body and the title of the
+// stored status.
+TEST(BoxReportDeathTest, ParentModeBoxesAndTraceFormats) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(
       {
@@ -198,11 +188,16 @@ TEST(BoxReportDeathTest, ParentModeShowsTitleAndBodyThenReturns) {
         ryxSetErrMode(RYX_ErrorModeParent);
         ryxSetErrStatus(-5);
         const RyxStatus r = ryxGuiBoxReport(-5, "ryxsbAdd1", "n<=0", "ryxarith", 12);
+        ryxSetErrStatus(RYX_StsNoMem);
+        ryxGuiBoxReport(RYX_StsBacktrace, "outer", "", "ryxconvs", -4);
+        ryxGuiBoxReport(RYX_StsAutotrace, "inner", "a, b", "ryxconvs", 5);
         std::_Exit(r == -5 ? 0 : 3);
       },
       testing::ExitedWithCode(0),
       "RYX Library Error: Bad argument\nin function \\[ryxarith:12\\]:ryxsbAdd1\\(\\):\n "
-      "n<=0\n\nErrMode=RYX_ErrorModeParent\n\nContinue\\?");
+      "n<=0\n\nErrMode=RYX_ErrorModeParent\n\nContinue\\?.*"
+      "RYX Library Error: Out of memory\ncalled from \\[ryxconvs:0\\]:outer\\(\\):\n \n\n.*"
+      "RYX Library Error: Out of memory\ncalled from \\[ryxconvs:5\\]:\n inner\\(a, b\\)\n\n");
 }
 
 TEST(BoxReportDeathTest, LeafModeDefaultsToYesAndTerminates) {
@@ -219,22 +214,6 @@ TEST(BoxReportDeathTest, LeafModeDefaultsToYesAndTerminates) {
       "ErrMode=RYX_ErrorModeLeaf\n\nTerminate the application\\?\n.*RYX Library:\nterminating the application");
 }
 
-TEST(BoxReportDeathTest, TraceFormatsAndTitleFromStoredStatus) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(
-      {
-        setsid();
-        ryxSetErrMode(RYX_ErrorModeParent);
-        ryxSetErrStatus(RYX_StsNoMem);
-        ryxGuiBoxReport(RYX_StsBacktrace, "outer", "", "ryxconvs", -4);
-        ryxGuiBoxReport(RYX_StsAutotrace, "inner", "a, b", "ryxconvs", 5);
-        std::_Exit(0);
-      },
-      testing::ExitedWithCode(0),
-      "RYX Library Error: Out of memory\ncalled from \\[ryxconvs:0\\]:outer\\(\\):\n \n\n.*"
-      "RYX Library Error: Out of memory\ncalled from \\[ryxconvs:5\\]:\n inner\\(a, b\\)\n\n");
-}
-
 TEST(BoxReportDeathTest, LongTextIsCutNotOverrun) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   // The body holds 200 characters: a 400-character context is cut inside
@@ -248,17 +227,6 @@ TEST(BoxReportDeathTest, LongTextIsCutNotOverrun) {
         std::_Exit(0);
       },
       testing::ExitedWithCode(0), "in function \\[s:1\\]:f\\(\\):\n x{176}\n(\\[OK/cancel\\] )?$");
-}
-
-TEST(BoxReport, SilentAndUnknownModesShowNothing) {
-  const int saved = ryxGetErrMode();
-  for (int mode : {int{RYX_ErrorModeSilent}, 3, -1}) {
-    ryxSetErrMode(mode);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(ryxGuiBoxReport(-5, "f", "c", "s", 1), -5);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-  }
-  ryxSetErrMode(saved);
 }
 
 TEST(BoxReport, SilentModeStillStoresTheStatusThroughRyxError) {

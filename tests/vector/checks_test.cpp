@@ -11,6 +11,8 @@
 #include <cstring>
 #include <functional>
 #include <string>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include "test_support.h"
@@ -23,15 +25,15 @@ enum Kind { kPlain, kScaled, kDiv };
 // p: the pointer arguments in order; the result is the returned code (0 for
 // routines that return nothing).
 using Call = std::function<int(void** p, int n, int mode, int* factor)>;
+using Ptrs = std::vector<std::string>;
 
 struct Routine {
   std::string name, stem;
   Kind kind;
-  std::vector<std::string> contexts;  // failing texts of the pointers, in order
+  Ptrs contexts;  // failing texts of the pointers, in order
   Call call;
 };
 
-template <class T> T* as(void* p) { return static_cast<T*>(p); }
 template <class T> const char* typeName();
 template <> const char* typeName<float>() { return "float"; }
 template <> const char* typeName<double>() { return "double"; }
@@ -40,60 +42,44 @@ template <> const char* typeName<DCplx>() { return "DCplx"; }
 template <> const char* typeName<short>() { return "short"; }
 template <> const char* typeName<WCplx>() { return "WCplx"; }
 
-using Ptrs = std::vector<std::string>;
-struct Shape {
-  Kind kind;
-  Ptrs contexts;
-  Call call;
+// Hands out a call's arguments in order: pointers from p, the first int
+// as n and the second as the mode (or shift count), the factor pointer,
+// and a zero value for a scalar operand.
+struct Args {
+  void** p;
+  int n, mode;
+  int* factor;
+  int pointers = 0, ints = 0;
+  template <class X> X next() {
+    if constexpr (std::is_same_v<X, int*>) return factor;
+    else if constexpr (std::is_pointer_v<X>) return static_cast<X>(p[pointers++]);
+    else if constexpr (std::is_same_v<X, int>) return ints++ == 0 ? n : mode;
+    else return X{};
+  }
 };
 
-// One overload per signature: it maps the pointer arguments to p[0..] and
-// gives the pointers' texts in order.
-template <class T> Shape shape(void (*f)(T*, int)) {
-  return {kPlain, {"dst==0"}, [f](void** p, int n, int, int*) { return f(as<T>(p[0]), n), 0; }};
-}
-template <class T> Shape shape(void (*f)(T, T*, int)) {
-  return {kPlain, {"dst==0"}, [f](void** p, int n, int, int*) { return f(T{}, as<T>(p[0]), n), 0; }};
-}
-template <class T> Shape shape(void (*f)(const T*, T*, int)) {
-  return {kPlain, {"src==0", "dst==0"}, [f](void** p, int n, int, int*) { return f(as<T>(p[0]), as<T>(p[1]), n), 0; }};
-}
-template <class T> Shape shape(void (*f)(const T*, const T*, T*, int)) {
-  return {kPlain, {"srcA==0", "srcB==0", "dst==0"},
-          [f](void** p, int n, int, int*) { return f(as<T>(p[0]), as<T>(p[1]), as<T>(p[2]), n), 0; }};
-}
-Shape shape(void (*f)(short*, int, int)) {  // the shifts
-  return {kPlain, {"dst==0"}, [f](void** p, int n, int, int*) { return f(as<short>(p[0]), n, 3), 0; }};
-}
-template <class T> Shape shape(void (*f)(T, T*, int, int, int*)) {
-  return {kScaled, {"dst==0"}, [f](void** p, int n, int m, int* sf) { return f(T{}, as<T>(p[0]), n, m, sf), 0; }};
-}
-template <class T> Shape shape(void (*f)(const T*, T*, int, int, int*)) {
-  return {kScaled, {"src==0", "dst==0"},
-          [f](void** p, int n, int m, int* sf) { return f(as<T>(p[0]), as<T>(p[1]), n, m, sf), 0; }};
-}
-template <class T> Shape shape(void (*f)(const T*, const T*, T*, int, int, int*)) {
-  return {kScaled, {"srcA==0", "srcB==0", "dst==0"},
-          [f](void** p, int n, int m, int* sf) { return f(as<T>(p[0]), as<T>(p[1]), as<T>(p[2]), n, m, sf), 0; }};
-}
-template <class T> std::string cast(const char* arg) { return std::string("(") + typeName<T>() + "*)" + arg + "==0"; }
-template <class T> Shape shape(RyxStatus (*f)(T, T*, int)) {
-  return {kDiv, {"dst==0"}, [f](void** p, int n, int, int*) { return f(T{}, as<T>(p[0]), n); }};
-}
-template <class T> Shape shape(RyxStatus (*f)(const T*, T*, int)) {
-  return {kDiv, {cast<T>("src"), "dst==0"}, [f](void** p, int n, int, int*) { return f(as<T>(p[0]), as<T>(p[1]), n); }};
-}
-template <class T> Shape shape(RyxStatus (*f)(const T*, const T*, T*, int)) {
-  return {kDiv, {cast<T>("srcA"), cast<T>("srcB"), "dst==0"},
-          [f](void** p, int n, int, int*) { return f(as<T>(p[0]), as<T>(p[1]), as<T>(p[2]), n); }};
-}
-
-template <class F> Routine make(const char* name, const char* stem, F f, Ptrs contexts = {}) {
-  Shape s = shape(f);
-  return {name, stem, s.kind, contexts.empty() ? s.contexts : contexts, s.call};
+template <class R, class... A> Routine make(const char* name, const char* stem, R (*f)(A...), const char* only = nullptr) {
+  constexpr int count = (0 + ... + (std::is_pointer_v<A> && !std::is_same_v<A, int*>));
+  constexpr bool div = !std::is_void_v<R>, scaled = (false || ... || std::is_same_v<A, int*>);
+  Call call = [f](void** p, int n, int mode, int* factor) {
+    Args args{p, n, mode, factor};
+    std::tuple<A...> t{args.next<A>()...};  // braces: evaluated in order
+    if constexpr (div) return static_cast<int>(std::apply(f, t));
+    else return std::apply(f, t), 0;
+  };
+  // The pointers' texts by their number; the Div family casts its sources.
+  using T = std::remove_const_t<std::remove_pointer_t<std::tuple_element_t<count - 1, std::tuple<A...>>>>;
+  const std::vector<std::string> names = count == 1 ? Ptrs{only ? only : "dst"}
+                                         : count == 2 ? Ptrs{"src", "dst"} : Ptrs{"srcA", "srcB", "dst"};
+  Ptrs contexts;
+  for (const std::string& arg : names) {
+    std::string text = div && arg != "dst" ? std::string("(").append(typeName<T>()).append("*)") : std::string();
+    contexts.push_back(text.append(arg).append("==0"));
+  }
+  return {name, stem, div ? kDiv : (scaled ? kScaled : kPlain), contexts, call};
 }
 #define R(f) make(#f, stem, f)
-#define VEC(f) make(#f, stem, f, {"vec==0"})
+#define VEC(f) make(#f, stem, f, "vec")
 
 std::vector<Routine> allRoutines() {
   std::vector<Routine> r;
