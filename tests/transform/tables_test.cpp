@@ -7,11 +7,11 @@
 
 #include <cmath>
 #include <cstring>
-#include <functional>
 #include <set>
 #include <vector>
 
 #include "alloc_failure.h"
+#include "check_cases.h"
 #include "fft_reference.h"
 #include "frame/thread_context.h"
 #include "test_support.h"
@@ -27,8 +27,7 @@ TEST(BitRev, ScalarAgainstBitByBitReversal) {
   for (int order = 0; order <= 31; ++order) {
     for (int t = 0; t < 20; ++t) {
       const std::uint32_t a = rng.bits();
-      const std::uint32_t mask = order == 32 ? ~0u : static_cast<std::uint32_t>((std::uint64_t{1} << order) - 1);
-      EXPECT_EQ(static_cast<std::uint32_t>(ryxBitRev(static_cast<int>(a), order)), reverseBits(a & mask, order));
+      EXPECT_EQ(static_cast<std::uint32_t>(ryxBitRev(static_cast<int>(a), order)), reverseBits(a, order));
     }
   }
   EXPECT_EQ(ryxBitRev(12345, 0), 0);
@@ -163,6 +162,21 @@ void expectNear(T got, long double exact) {
   EXPECT_LE(fabsl(got - exact), std::numeric_limits<T>::epsilon() * 0.5L * fabsl(exact) + 1e-15L) << exact;
 }
 
+// Float and double tables rounded from the exact root, the Q14 one within
+// `q14` of 16384 times it (the FFT table truncates toward zero, checked
+// separately).
+void expectRoots(const SCplx* c, const DCplx* z, const WCplx* v, int n, long double q14) {
+  for (int k = 0; k < n; ++k) {
+    const LCplx w = unitRoot(k, n, -1);
+    expectNear(c[k].re, w.real());
+    expectNear(c[k].im, w.imag());
+    expectNear(z[k].re, w.real());
+    expectNear(z[k].im, w.imag());
+    EXPECT_LT(fabsl(v[k].re - 16384 * w.real()), q14);
+    EXPECT_LT(fabsl(v[k].im - 16384 * w.imag()), q14);
+  }
+}
+
 TEST(Twiddles, FftAndDftTablesAgainstDirectValues) {
   ReportCapture capture;
   for (int order = 0; order <= 12; ++order) {
@@ -173,26 +187,17 @@ TEST(Twiddles, FftAndDftTablesAgainstDirectValues) {
     ryxcCalcFftTwdTbl(c.data(), order);
     ryxzCalcFftTwdTbl(z.data(), order);
     ryxvCalcFftTwdTbl(v.data(), order);
+    expectRoots(c.data(), z.data(), v.data(), n, 1.0L + 1e-9L);
+    // Truncation toward zero of 16384 cos and -16384 sin.
     for (int k = 0; k < n; ++k) {
       const LCplx w = unitRoot(k, n, -1);
-      expectNear(c[k].re, w.real());
-      expectNear(c[k].im, w.imag());
-      expectNear(z[k].re, w.real());
-      expectNear(z[k].im, w.imag());
-      // Truncation toward zero of 16384 cos and -16384 sin.
       for (auto [got, exact] : {std::pair{v[k].re, 16384 * w.real()}, std::pair{v[k].im, 16384 * w.imag()}}) {
         EXPECT_LE(fabsl(got), fabsl(exact) + 1e-9L);
-        EXPECT_GT(fabsl(got) + 1, fabsl(exact) - 1e-9L);
-        if (got != 0) {
-          EXPECT_EQ(got > 0, exact > 0);
-        }
+        if (got != 0) EXPECT_EQ(got > 0, exact > 0);
       }
     }
-    EXPECT_EQ(c[0].re, 1.0f);
-    EXPECT_TRUE(std::signbit(c[0].im));
-    EXPECT_TRUE(std::signbit(z[0].im));
-    EXPECT_EQ(v[0].re, 16384);
-    EXPECT_EQ(v[0].im, 0);
+    EXPECT_TRUE(c[0].re == 1.0f && std::signbit(c[0].im) && std::signbit(z[0].im));
+    EXPECT_TRUE(v[0].re == 16384 && v[0].im == 0);
     SCplx* cached = ryxcGetFftTwdTbl(order);
     ASSERT_NE(cached, nullptr);
     EXPECT_EQ(ryxcGetFftTwdTbl(order), cached);
@@ -207,15 +212,7 @@ TEST(Twiddles, FftAndDftTablesAgainstDirectValues) {
     ryxcCalcDftTwdTbl(c.data(), len);
     ryxzCalcDftTwdTbl(z.data(), len);
     ryxvCalcDftTwdTbl(v.data(), len);
-    for (int k = 0; k < len; ++k) {
-      const LCplx w = unitRoot(k, len, -1);
-      expectNear(c[k].re, w.real());
-      expectNear(c[k].im, w.imag());
-      expectNear(z[k].re, w.real());
-      expectNear(z[k].im, w.imag());
-      EXPECT_LE(std::abs(v[k].re - 16384 * w.real()), 1.0L);
-      EXPECT_LE(std::abs(v[k].im - 16384 * w.imag()), 1.0L);
-    }
+    expectRoots(c.data(), z.data(), v.data(), len, 1.0L + 1e-9L);
     EXPECT_TRUE(sameBits(ryxcGetDftTwdTbl(len), c.data(), len));
     EXPECT_TRUE(sameBits(ryxzGetDftTwdTbl(len), z.data(), len));
     EXPECT_TRUE(sameBits(ryxvGetDftTwdTbl(len), v.data(), len));
@@ -224,9 +221,7 @@ TEST(Twiddles, FftAndDftTablesAgainstDirectValues) {
   ryxzFreeTwdTbls();
   ryxvFreeTwdTbls();
   RyxThreadContext* ctx = ryxGetThreadContext();
-  EXPECT_EQ(ctx->cDftTblCount, 0);
-  EXPECT_EQ(ctx->zDftTblCount, 0);
-  EXPECT_EQ(ctx->vDftTblCount, 0);
+  EXPECT_TRUE(ctx->cDftTblCount == 0 && ctx->zDftTblCount == 0 && ctx->vDftTblCount == 0);
   for (int o = 0; o < 32; ++o) EXPECT_EQ(ctx->cFftTwd[o], nullptr);
   EXPECT_TRUE(capture.reports().empty());
 }
@@ -243,10 +238,9 @@ TEST(Twiddles, DftListCapacity) {
   EXPECT_TRUE(capture.reports().empty());
   EXPECT_EQ(ryxcGetDftTwdTbl(33), nullptr);
   ASSERT_EQ(capture.reports().size(), 1u);
-  EXPECT_EQ(capture.reports()[0].status, RYX_StsNoMem);
-  EXPECT_EQ(capture.reports()[0].context, "Full Table");
-  EXPECT_EQ(capture.reports()[0].funcName, "ryxcGetDftTwdTbl");
-  EXPECT_EQ(capture.reports()[0].file, "ryxtwd");
+  const Report& r = capture.reports()[0];
+  EXPECT_TRUE(r.status == RYX_StsNoMem && r.context == "Full Table" && r.funcName == "ryxcGetDftTwdTbl" &&
+              r.file == "ryxtwd");
   capture.clear();
   EXPECT_EQ(ryxcGetDftTwdTbl(17), tables[16]);
   ryxcFreeTwdTbls();
@@ -256,49 +250,33 @@ TEST(Twiddles, DftListCapacity) {
 // Argument checks of the table and reversal routines, in order, with their
 // texts; nothing written.
 TEST(Tables, ArgumentChecks) {
-  struct Case {
-    std::function<void()> call;
-    const char* name;
-    const char* file;
-    const char* context;
-  };
   int tbl[4] = {9, 9, 9, 9};
   SCplx c[4];
-  float f[4];
-  const std::vector<Case> cases = {
-      {[] { ryxBitRev(1, -1); }, "ryxBitRev", "ryxmisc", "order<0"},
-      {[] { ryxBitRev(1, 32); }, "ryxBitRev", "ryxmisc", "order>31"},
-      {[&] { ryxCalcBitRevTbl(tbl, -3); }, "ryxCalcBitRevTbl", "ryxmisc", "order<0"},
-      {[] { ryxCalcBitRevTbl(nullptr, 40); }, "ryxCalcBitRevTbl", "ryxmisc", "order>31"},
-      {[] { ryxCalcBitRevTbl(nullptr, 2); }, "ryxCalcBitRevTbl", "ryxmisc", "tbl==0"},
-      {[] { ryxGetBitRevTbl(32); }, "ryxGetBitRevTbl", "ryxmisc", "order>31"},
-      {[] { ryxsbBitRev1(nullptr, 3); }, "ryxsbBitRev1", "ryxmisc", "vec==0"},
-      {[] { ryxzbBitRev1(nullptr, -1); }, "ryxzbBitRev1", "ryxmisc", "order<0"},
-      {[&] { ryxcbBitRev2(nullptr, c, 2); }, "ryxcbBitRev2", "ryxmisc", "src==0"},
-      {[&] { ryxwbBitRev2(reinterpret_cast<short*>(f), nullptr, 2); }, "ryxwbBitRev2", "ryxmisc", "dst==0"},
-      {[&] { ryxvbBitRev2(nullptr, nullptr, 32); }, "ryxvbBitRev2", "ryxmisc", "order>31"},
-      {[] { ryxcCalcFftTwdTbl(nullptr, 3); }, "ryxcCalcFftTwdTbl", "ryxtwd", "tbl==0"},
-      {[] { ryxzCalcFftTwdTbl(nullptr, -1); }, "ryxzCalcFftTwdTbl", "ryxtwd", "order<0"},
-      {[] { ryxvCalcFftTwdTbl(nullptr, 99); }, "ryxvCalcFftTwdTbl", "ryxtwd", "order>31"},
-      {[] { ryxcGetFftTwdTbl(-2); }, "ryxcGetFftTwdTbl", "ryxtwd", "order<0"},
-      {[] { ryxvGetFftTwdTbl(32); }, "ryxvGetFftTwdTbl", "ryxtwd", "order>31"},
-      {[] { ryxzCalcDftTwdTbl(nullptr, 0); }, "ryxzCalcDftTwdTbl", "ryxtwd", "length<=0"},
-      {[] { ryxvCalcDftTwdTbl(nullptr, 5); }, "ryxvCalcDftTwdTbl", "ryxtwd", "tbl==0"},
-      {[] { ryxcCalcDftTwdTbl(nullptr, -5); }, "ryxcCalcDftTwdTbl", "ryxtwd", "length<=0"},
-      {[] { ryxzGetDftTwdTbl(0); }, "ryxzGetDftTwdTbl", "ryxtwd", "length<=0"},
-  };
-  for (const Case& k : cases) {
-    ReportCapture capture;
-    k.call();
-    ASSERT_EQ(capture.reports().size(), 1u) << k.name << " " << k.context;
-    const Report& r = capture.reports()[0];
-    EXPECT_EQ(r.status, RYX_StsBadArg);
-    EXPECT_EQ(r.funcName, k.name);
-    EXPECT_EQ(r.file, k.file);
-    EXPECT_EQ(r.context, k.context);
-    EXPECT_EQ(ryxGetErrStatus(), RYX_StsBadArg);
-  }
-  for (int v : tbl) EXPECT_EQ(v, 9);
+  short w[4];
+  runCheckCases(
+      {
+          RYX_CHECK_CASE("ryxmisc", "order<0", ryxBitRev(1, -1)),
+          RYX_CHECK_CASE("ryxmisc", "order>31", ryxBitRev(1, 32)),
+          RYX_CHECK_CASE("ryxmisc", "order<0", ryxCalcBitRevTbl(tbl, -3)),
+          RYX_CHECK_CASE("ryxmisc", "order>31", ryxCalcBitRevTbl(nullptr, 40)),
+          RYX_CHECK_CASE("ryxmisc", "tbl==0", ryxCalcBitRevTbl(nullptr, 2)),
+          RYX_CHECK_CASE("ryxmisc", "order>31", ryxGetBitRevTbl(32)),
+          RYX_CHECK_CASE("ryxmisc", "vec==0", ryxsbBitRev1(nullptr, 3)),
+          RYX_CHECK_CASE("ryxmisc", "order<0", ryxzbBitRev1(nullptr, -1)),
+          RYX_CHECK_CASE("ryxmisc", "src==0", ryxcbBitRev2(nullptr, c, 2)),
+          RYX_CHECK_CASE("ryxmisc", "dst==0", ryxwbBitRev2(w, nullptr, 2)),
+          RYX_CHECK_CASE("ryxmisc", "order>31", ryxvbBitRev2(nullptr, nullptr, 32)),
+          RYX_CHECK_CASE("ryxtwd", "tbl==0", ryxcCalcFftTwdTbl(nullptr, 3)),
+          RYX_CHECK_CASE("ryxtwd", "order<0", ryxzCalcFftTwdTbl(nullptr, -1)),
+          RYX_CHECK_CASE("ryxtwd", "order>31", ryxvCalcFftTwdTbl(nullptr, 99)),
+          RYX_CHECK_CASE("ryxtwd", "order<0", ryxcGetFftTwdTbl(-2)),
+          RYX_CHECK_CASE("ryxtwd", "order>31", ryxvGetFftTwdTbl(32)),
+          RYX_CHECK_CASE("ryxtwd", "length<=0", ryxzCalcDftTwdTbl(nullptr, 0)),
+          RYX_CHECK_CASE("ryxtwd", "tbl==0", ryxvCalcDftTwdTbl(nullptr, 5)),
+          RYX_CHECK_CASE("ryxtwd", "length<=0", ryxcCalcDftTwdTbl(nullptr, -5)),
+          RYX_CHECK_CASE("ryxtwd", "length<=0", ryxzGetDftTwdTbl(0)),
+      },
+      [&] { return tbl[0] == 9 && tbl[1] == 9 && tbl[2] == 9 && tbl[3] == 9; });
 }
 
 // Engine tables against the twiddles they stand for. The quarter-wave
