@@ -29,25 +29,18 @@ Cx<T> twiddle(Cx<T> x, Cx<T> w, bool fwd) {
   if (fwd) return {x.real() * w.real() - x.imag() * w.imag(), x.real() * w.imag() + x.imag() * w.real()};
   return {x.real() * w.real() + x.imag() * w.imag(), x.imag() * w.real() - x.real() * w.imag()};
 }
-// -i*v, componentwise.
+// -i*v, componentwise. (Sums and differences of std::complex are
+// componentwise too, one rounding each.)
 template <class T>
 Cx<T> minusI(Cx<T> v) {
   return {v.imag(), -v.real()};
 }
-template <class T>
-Cx<T> add(Cx<T> a, Cx<T> b) {
-  return {a.real() + b.real(), a.imag() + b.imag()};
-}
-template <class T>
-Cx<T> sub(Cx<T> a, Cx<T> b) {
-  return {a.real() - b.real(), a.imag() - b.imag()};
-}
 
 template <class T>
 void radix4(const Cx<T>* in, Cx<T>* out, bool fwd) {
-  const Cx<T> s = add(in[0], in[1]), t = sub(in[0], in[1]), u = add(in[2], in[3]), v = sub(in[2], in[3]);
-  out[0] = add(s, u);
-  out[2] = sub(s, u);
+  const Cx<T> s = in[0] + in[1], t = in[0] - in[1], u = in[2] + in[3], v = in[2] - in[3];
+  out[0] = s + u;
+  out[2] = s - u;
   // t - i v and t + i v, as t + (vi, -vr) and t - (vi, -vr)
   out[1] = fwd ? Cx<T>{t.real() + v.imag(), t.imag() - v.real()} : Cx<T>{t.real() - v.imag(), t.imag() + v.real()};
   out[3] = fwd ? Cx<T>{t.real() - v.imag(), t.imag() + v.real()} : Cx<T>{t.real() + v.imag(), t.imag() - v.real()};
@@ -67,12 +60,12 @@ void pass(std::vector<Cx<T>>& y, std::size_t m, const T* stage, bool fwd) {
       const Cx<T> b = twiddle(y[g + k + l], w2, fwd);
       const Cx<T> c = twiddle(y[g + k + 2 * l], w1, fwd);
       const Cx<T> d = twiddle(y[g + k + 3 * l], w3, fwd);
-      const Cx<T> apb = add(a, b), amb = sub(a, b), cpd = add(c, d), cmd = sub(c, d);
-      y[g + k] = add(apb, cpd);
-      y[g + k + 2 * l] = sub(apb, cpd);
+      const Cx<T> apb = a + b, amb = a - b, cpd = c + d, cmd = c - d;
+      y[g + k] = apb + cpd;
+      y[g + k + 2 * l] = apb - cpd;
       const Cx<T> mi = minusI(cmd);
-      y[g + k + l] = fwd ? add(amb, mi) : sub(amb, mi);
-      y[g + k + 3 * l] = fwd ? sub(amb, mi) : add(amb, mi);
+      y[g + k + l] = fwd ? amb + mi : amb - mi;
+      y[g + k + 3 * l] = fwd ? amb - mi : amb + mi;
     }
   }
 }
@@ -100,8 +93,8 @@ std::vector<Cx<T>> model(const std::vector<Cx<T>>& x, int order, bool fwd, const
       for (int l = 0; l < 4; ++l) {
         const Cx<T> a = y[r + l];
         const Cx<T> p = twiddle(y[r + 4 + l], w8[l], fwd);
-        y[r + l] = add(a, p);
-        y[r + 4 + l] = sub(a, p);
+        y[r + l] = a + p;
+        y[r + 4 + l] = a - p;
       }
     }
     m = 32;
