@@ -1,28 +1,13 @@
 // Each instruction-set form of the real float block kernel, called
-// directly, against the four-lane order written out here: per output, two
-// float accumulators A and B and a pending product P over the taps from
-// hFirst backwards. The wider forms must give the same bits.
+// directly, against the accumulation order of pendingSum (fir_support.h)
+// over the taps from hFirst backwards, samples either way. The wider forms
+// must give the same bits.
 #include "fir/fir_block_isa.h"
 #include "fir_support.h"
 #include "frame/cpu_dispatch.h"
 
 namespace firtest {
 namespace {
-
-float pendingProductOutput(const float* hFirst, int n, const float* x, int xs) {
-  float a = 0, b = 0, p = 0;
-  int i = 0;
-  if (n % 2 == 1) {
-    b = hFirst[0] * x[0];
-    i = 1;
-  }
-  for (; i < n; i += 2) {
-    b = b + p;
-    a = a + x[i * xs] * hFirst[-i];
-    p = x[(i + 1) * xs] * hFirst[-i - 1];
-  }
-  return a + (b + p);
-}
 
 using Kernel = int (*)(const float*, int, const float*, int, float*, int);
 
@@ -40,7 +25,8 @@ void checkKernel(Kernel kernel, int width) {
         const int done = kernel(taps.data() + (n - 1), n, x0, xs, out.data(), count);
         ASSERT_EQ(done, count / width * width) << "taps " << n << " count " << count;
         for (int j = 0; j < done; ++j) {
-          const float want = pendingProductOutput(taps.data() + (n - 1), n, x0 + j, xs);
+          const float* x = x0 + j;
+          const float want = pendingSum<float>(n, [&](int i) { return x[i * xs] * taps[static_cast<size_t>(n - 1 - i)]; });
           ASSERT_TRUE(sameBits(out[static_cast<size_t>(j)], want)) << "taps " << n << " xs " << xs << " output " << j;
         }
         for (int j = done; j <= count; ++j) ASSERT_EQ(out[static_cast<size_t>(j)], -7.0f) << "wrote past its passes";

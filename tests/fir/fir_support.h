@@ -30,7 +30,48 @@ inline RC toRC(SCplx v) { return {v.re, v.im}; }
 inline RC toRC(DCplx v) { return {v.re, v.im}; }
 inline RC operator*(RC a, RC b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
 inline RC operator+(RC a, RC b) { return {a.re + b.re, a.im + b.im}; }
+inline RC operator-(RC a, RC b) { return {a.re - b.re, a.im - b.im}; }
 inline ld mag1(RC a) { return std::fabs(a.re) + std::fabs(a.im); }
+// Rounds an extended value to a result type.
+template <class O>
+O fromRC(RC v) {
+  if constexpr (std::is_same_v<O, float> || std::is_same_v<O, double>) {
+    return static_cast<O>(v.re);
+  } else {
+    using F = decltype(O{}.re);
+    return O{static_cast<F>(v.re), static_cast<F>(v.im)};
+  }
+}
+
+// ---- Float arithmetic as the float kernels form it ---------------------------
+//
+// Complex by complex: re = r*a - u*b, im = u*a + r*b for x = r+ui, h = a+bi;
+// a real factor multiplies both parts of the complex one.
+inline float fmul(float x, float h) { return x * h; }
+inline SCplx fmul(SCplx x, SCplx h) { return {x.re * h.re - x.im * h.im, x.im * h.re + x.re * h.im}; }
+inline SCplx fmul(float x, SCplx h) { return {x * h.re, x * h.im}; }
+inline SCplx fmul(SCplx x, float h) { return {x.re * h, x.im * h}; }
+inline SCplx operator+(SCplx a, SCplx b) { return {a.re + b.re, a.im + b.im}; }
+
+// The block kernels' accumulation of products prod(0) .. prod(n-1): two
+// accumulators A and B and a pending product P; an odd n starts B with
+// product 0; each pair does B += P, A += prod(i), P = prod(i+1); the output
+// is A + (B + P).
+template <class T, class Prod>
+T pendingSum(int n, Prod prod) {
+  T a{}, b{}, p{};
+  int i = 0;
+  if (n % 2 == 1) {
+    b = prod(0);
+    i = 1;
+  }
+  for (; i < n; i += 2) {
+    b = b + p;
+    a = a + prod(i);
+    p = prod(i + 1);
+  }
+  return a + (b + p);
+}
 
 // ---- Type combinations --------------------------------------------------------
 //
