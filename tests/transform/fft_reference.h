@@ -36,31 +36,14 @@ inline LCplx mul(LCplx a, LCplx b) {
   return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
 }
 
-// unitRoot(k, n, sign) for k < count, with cosl/sinl taken on the first
-// eighth of the circle only and the rest from the exact symmetries
-// (swapping cos and sin about pi/4, quarter turns) when 8 divides n.
+// unitRoot(k, n, sign) for k < count, cosl/sinl taken on the first quarter
+// of the circle only when 4 divides n: a quarter turn further is an exact
+// product by sign*i.
 inline std::vector<LCplx> unitRoots(std::uint64_t n, std::uint64_t count, int sign) {
   std::vector<LCplx> w(count);
-  if (n % 8 != 0) {
-    for (std::uint64_t k = 0; k < count; ++k) w[k] = unitRoot(k, n, sign);
-    return w;
-  }
-  const std::uint64_t q = n / 4, e = n / 8;
-  std::vector<long double> c(e + 1), s(e + 1);
-  for (std::uint64_t r = 0; r <= e; ++r) {
-    c[r] = unitRoot(r, n, 1).real();
-    s[r] = unitRoot(r, n, 1).imag();
-  }
-  for (std::uint64_t k = 0; k < count; ++k) {
-    const std::uint64_t r = k % q;
-    long double cr = r <= e ? c[r] : s[q - r], sr = r <= e ? s[r] : c[q - r];
-    for (std::uint64_t t = (k / q) % 4; t > 0; --t) {
-      const long double o = cr;
-      cr = -sr;
-      sr = o;
-    }
-    w[k] = {cr, sign * sr};
-  }
+  const std::uint64_t q = n % 4 == 0 ? n / 4 : n;
+  for (std::uint64_t k = 0; k < count; ++k)
+    w[k] = k < q ? unitRoot(k, n, sign) : LCplx(-sign * w[k - q].imag(), sign * w[k - q].real());
   return w;
 }
 
