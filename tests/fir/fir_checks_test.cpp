@@ -42,26 +42,19 @@ struct Live {
   ~Live() {
     if (st.initMark == &st) ryxFirFree(&st);
   }
+  // The whole fixture byte for byte, and the record's own arrays while live.
   std::vector<unsigned char> snapshot() const {
-    std::vector<unsigned char> bytes;
-    auto add = [&](const void* p, size_t n) {
+    auto bytes = [](const void* p, size_t n) {
       const auto* b = static_cast<const unsigned char*>(p);
-      bytes.insert(bytes.end(), b, b + n);
+      return std::vector<unsigned char>(b, b + n);
     };
-    add(taps, sizeof taps);
-    add(line, sizeof line);
-    add(&ts, sizeof ts);
-    add(&ds, sizeof ds);
-    add(&st, sizeof st);
-    add(&dead, sizeof dead);
-    add(dst, sizeof dst);
-    add(cdst, sizeof cdst);
-    add(&val, sizeof val);
+    std::vector<unsigned char> all = bytes(this, sizeof *this);
     if (st.initMark == &st) {
-      add(st.taps, 5 * sizeof(float));
-      add(st.dlylBuf, static_cast<size_t>(st.dlylLen + st.extLen) * sizeof(float));
+      for (auto part : {bytes(st.taps, 5 * sizeof(float)),
+                        bytes(st.dlylBuf, static_cast<size_t>(st.dlylLen + st.extLen) * sizeof(float))})
+        all.insert(all.end(), part.begin(), part.end());
     }
-    return bytes;
+    return all;
   }
 };
 

@@ -138,8 +138,8 @@ TYPED_TEST(FirlChannels, OneTapStateServesTwoChannels) {
   a.init(randomVec<typename TypeParam::H>(gen, len), {});
   std::vector<S> lineB(len);
   RyxFirDlyState b{};
-  TypeParam::firlInitDlyl(&a.ts, lineB.data(), &b);
-  TypeParam::firlSetDlyl(&a.ts, nullptr, &b);
+  Side<S>::firlInitDlyl(&a.ts, lineB.data(), &b);
+  Side<S>::firlSetDlyl(&a.ts, nullptr, &b);
   const std::vector<S> inA = randomVec<S>(gen, 40), inB = randomVec<S>(gen, 40);
   std::vector<O> outA(40), outB(40);
   for (int at = 0; at < 40; at += 8) {

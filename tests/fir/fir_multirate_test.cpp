@@ -29,7 +29,7 @@ TYPED_TEST(Multirate, MatchesZeroInsertFilterDecimate) {
     for (int len : {1, 2, 5, 7, 16, 23, 64}) {
       const int w = ceilDiv(len, r.up);
       const std::vector<H> taps = randomVec<H>(gen, len);
-      for (int iters : {1, 2, 5, 70}) {
+      for (int iters : {1, 3, 70}) {
         const std::vector<S> hist = randomVec<S>(gen, w);
         TypeParam f;
         f.init(taps, hist, r);

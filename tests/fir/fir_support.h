@@ -28,6 +28,7 @@ inline RC toRC(float v) { return {v, 0}; }
 inline RC toRC(double v) { return {v, 0}; }
 inline RC toRC(SCplx v) { return {v.re, v.im}; }
 inline RC toRC(DCplx v) { return {v.re, v.im}; }
+inline RC toRC(RC v) { return v; }
 inline RC operator*(RC a, RC b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
 inline RC operator+(RC a, RC b) { return {a.re + b.re, a.im + b.im}; }
 inline RC operator-(RC a, RC b) { return {a.re - b.re, a.im - b.im}; }
@@ -78,7 +79,7 @@ T pendingSum(int n, Prod prod) {
 // Side<T> holds the routines keyed by one element type: the tap set-up of
 // taps of type T and the history set-up of samples of type T. A combination
 // names its sample type S, tap type H, result type O and its own filter and
-// Init routines, and takes the rest from Side<H> (taps) and Side<S> (history).
+// Init routines; the rest come from Side<H> (taps) and Side<S> (history).
 template <class T>
 struct Side;
 #define FIR_SIDE(T, lInit, lInitMr, lSetTaps, lGetTaps, lInitDlyl, lSetDlyl, lGetDlyl, hSetTaps, hGetTaps, hSetDlyl, \
@@ -120,17 +121,6 @@ FIR_SIDE(DCplx, ryxzFirlInit, ryxzFirlInitMr, ryxzFirlSetTaps, ryxzFirlGetTaps, 
     static constexpr auto bFir = hBlock;                                                             \
     static constexpr auto firInit = hInit;                                                           \
     static constexpr auto firInitMr = hInitMr;                                                       \
-    static constexpr auto firlInit = Side<H>::firlInit;                                              \
-    static constexpr auto firlInitMr = Side<H>::firlInitMr;                                          \
-    static constexpr auto firlSetTaps = Side<H>::firlSetTaps;                                        \
-    static constexpr auto firlGetTaps = Side<H>::firlGetTaps;                                        \
-    static constexpr auto firSetTaps = Side<H>::firSetTaps;                                          \
-    static constexpr auto firGetTaps = Side<H>::firGetTaps;                                          \
-    static constexpr auto firlInitDlyl = Side<S>::firlInitDlyl;                                      \
-    static constexpr auto firlSetDlyl = Side<S>::firlSetDlyl;                                        \
-    static constexpr auto firlGetDlyl = Side<S>::firlGetDlyl;                                        \
-    static constexpr auto firSetDlyl = Side<S>::firSetDlyl;                                          \
-    static constexpr auto firGetDlyl = Side<S>::firGetDlyl;                                          \
   }
 FIR_COMBO(ComboS, "s", float, float, float, ryxsFirl, ryxsbFirl, ryxsFir, ryxsbFir, ryxsFirInit, ryxsFirInitMr);
 FIR_COMBO(ComboC, "c", SCplx, SCplx, SCplx, ryxcFirl, ryxcbFirl, ryxcFir, ryxcbFir, ryxcFirInit, ryxcFirInitMr);
@@ -161,11 +151,8 @@ struct ComboNames {
 
 inline void fill(std::mt19937& g, float& v) { v = std::uniform_real_distribution<float>(-1.0f, 1.0f)(g); }
 inline void fill(std::mt19937& g, double& v) { v = std::uniform_real_distribution<double>(-1.0, 1.0)(g); }
-inline void fill(std::mt19937& g, SCplx& v) {
-  fill(g, v.re);
-  fill(g, v.im);
-}
-inline void fill(std::mt19937& g, DCplx& v) {
+template <class C>
+void fill(std::mt19937& g, C& v) {
   fill(g, v.re);
   fill(g, v.im);
 }
@@ -207,12 +194,10 @@ std::vector<RefOut> directConv(const std::vector<H>& taps, const std::vector<S>&
   std::vector<RefOut> y;
   for (int n = 0; n < static_cast<int>(input.size()); ++n) {
     RefOut o{{0, 0}, 0};
-    for (int k = 0; k < static_cast<int>(taps.size()); ++k) {
-      const int at = hist + n - k;
-      if (at < 0) continue;
-      const RC p = toRC(taps[static_cast<size_t>(k)]) * toRC(x[static_cast<size_t>(at)]);
-      o.value = o.value + p;
-      o.scale += mag1(toRC(taps[static_cast<size_t>(k)])) * mag1(toRC(x[static_cast<size_t>(at)]));
+    for (int k = 0; k < static_cast<int>(taps.size()) && k <= hist + n; ++k) {
+      const RC h = toRC(taps[static_cast<size_t>(k)]), v = toRC(x[static_cast<size_t>(hist + n - k)]);
+      o.value = o.value + h * v;
+      o.scale += mag1(h) * mag1(v);
     }
     y.push_back(o);
   }
@@ -227,38 +212,14 @@ template <class S, class H>
 std::vector<RefOut> zeroInsertFilterDecimate(const std::vector<H>& taps, const std::vector<S>& history,
                                              const std::vector<S>& input, int up, int upPhase, int down,
                                              int downPhase) {
-  const int hist = static_cast<int>(history.size());
-  const long long ticks = static_cast<long long>(input.size()) * up;
-  // High-rate signal, history included: tick 0 of the call is index base.
-  const long long base = static_cast<long long>(hist) * up;
-  std::vector<RC> z(static_cast<size_t>(base + ticks), RC{0, 0});
-  std::vector<ld> zmag(z.size(), 0);
-  for (int i = 0; i < hist; ++i) {
-    const long long at = static_cast<long long>(i) * up + upPhase;
-    z[static_cast<size_t>(at)] = toRC(history[static_cast<size_t>(i)]);
-    zmag[static_cast<size_t>(at)] = mag1(z[static_cast<size_t>(at)]);
-  }
-  for (size_t i = 0; i < input.size(); ++i) {
-    const long long at = base + static_cast<long long>(i) * up + upPhase;
-    if (at < static_cast<long long>(z.size())) {
-      z[static_cast<size_t>(at)] = toRC(input[i]);
-      zmag[static_cast<size_t>(at)] = mag1(z[static_cast<size_t>(at)]);
-    }
-  }
-  std::vector<RC> filtered(z.size());
-  std::vector<ld> scale(z.size(), 0);
-  for (long long t = 0; t < static_cast<long long>(z.size()); ++t) {
-    RC acc{0, 0};
-    for (long long k = 0; k < static_cast<long long>(taps.size()) && k <= t; ++k) {
-      acc = acc + toRC(taps[static_cast<size_t>(k)]) * z[static_cast<size_t>(t - k)];
-      scale[static_cast<size_t>(t)] += mag1(toRC(taps[static_cast<size_t>(k)])) * zmag[static_cast<size_t>(t - k)];
-    }
-    filtered[static_cast<size_t>(t)] = acc;
-  }
+  auto stuff = [&](const std::vector<S>& v) {
+    std::vector<RC> z(v.size() * static_cast<size_t>(up), RC{0, 0});
+    for (size_t i = 0; i < v.size(); ++i) z[i * static_cast<size_t>(up) + static_cast<size_t>(upPhase)] = toRC(v[i]);
+    return z;
+  };
+  const std::vector<RefOut> all = directConv(taps, stuff(history), stuff(input));
   std::vector<RefOut> y;
-  for (long long t = 0; t < ticks; ++t) {
-    if (t % down == downPhase) y.push_back({filtered[static_cast<size_t>(base + t)], scale[static_cast<size_t>(base + t)]});
-  }
+  for (size_t t = static_cast<size_t>(downPhase); t < all.size(); t += static_cast<size_t>(down)) y.push_back(all[t]);
   return y;
 }
 
@@ -328,30 +289,32 @@ struct Low {
   using S = typename C::S;
   using H = typename C::H;
   using O = typename C::O;
+  using Tap = Side<H>;
+  using Hist = Side<S>;
   static constexpr bool high = false;
 
   void init(const std::vector<H>& t, const std::vector<S>& hist, Rates r = {}) {
     taps = t;
     const int len = static_cast<int>(taps.size());
     if (r.multi()) {
-      C::firlInitMr(taps.data(), len, r.up, r.upPhase, r.down, r.downPhase, &ts);
+      Tap::firlInitMr(taps.data(), len, r.up, r.upPhase, r.down, r.downPhase, &ts);
     } else {
-      C::firlInit(taps.data(), len, &ts);
+      Tap::firlInit(taps.data(), len, &ts);
     }
     line.assign(static_cast<size_t>(ceilDiv(len, r.up)), S{});
-    C::firlInitDlyl(&ts, line.data(), &ds);
+    Hist::firlInitDlyl(&ts, line.data(), &ds);
     ASSERT_EQ(ds.dlylLen, static_cast<int>(line.size()));
-    C::firlSetDlyl(&ts, orNull(hist), &ds);
+    Hist::firlSetDlyl(&ts, orNull(hist), &ds);
   }
   void block(const S* src, O* dst, int n) { C::bFirl(&ts, &ds, src, dst, n); }
   O one(S x) { return C::firl(&ts, &ds, x); }
-  void setTaps(const H* t) { C::firlSetTaps(t, &ts); }
-  void getTaps(H* t) { C::firlGetTaps(&ts, t); }
-  void setHistory(const S* h) { C::firlSetDlyl(&ts, h, &ds); }
+  void setTaps(const H* t) { Tap::firlSetTaps(t, &ts); }
+  void getTaps(H* t) { Tap::firlGetTaps(&ts, t); }
+  void setHistory(const S* h) { Hist::firlSetDlyl(&ts, h, &ds); }
   // A multirate line shows all its places, a single-rate one all but one.
   std::vector<S> history() {
     std::vector<S> h(line.size() - (ts.isMultiRate ? 0 : 1));
-    if (!h.empty()) C::firlGetDlyl(&ts, &ds, h.data());
+    if (!h.empty()) Hist::firlGetDlyl(&ts, &ds, h.data());
     EXPECT_EQ(ds.isDlyFilterMode, 1);  // a copy out keeps the working order
     return h;
   }
@@ -368,6 +331,8 @@ struct High {
   using S = typename C::S;
   using H = typename C::H;
   using O = typename C::O;
+  using Tap = Side<H>;
+  using Hist = Side<S>;
   static constexpr bool high = true;
 
   High() = default;
@@ -388,12 +353,12 @@ struct High {
   }
   void block(const S* src, O* dst, int n) { C::bFir(&st, src, dst, n); }
   O one(S x) { return C::fir(&st, x); }
-  void setTaps(const H* t) { C::firSetTaps(t, &st); }
-  void getTaps(H* t) { C::firGetTaps(&st, t); }
-  void setHistory(const S* h) { C::firSetDlyl(h, &st); }
+  void setTaps(const H* t) { Tap::firSetTaps(t, &st); }
+  void getTaps(H* t) { Tap::firGetTaps(&st, t); }
+  void setHistory(const S* h) { Hist::firSetDlyl(h, &st); }
   std::vector<S> history() {
     std::vector<S> h(static_cast<size_t>(st.dlylLen));
-    if (!h.empty()) C::firGetDlyl(&st, h.data());
+    if (!h.empty()) Hist::firGetDlyl(&st, h.data());
     return h;
   }
 
