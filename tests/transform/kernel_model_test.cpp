@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <complex>
+#include <cstring>
 #include <vector>
 
 #include "test_support.h"
@@ -128,14 +129,6 @@ struct Kernels<double> {
   static const double* table(int order) { return owndGetFftRadixTwd(order); }
 };
 
-// Aligned storage from the library's allocator.
-template <class T>
-struct Aligned {
-  explicit Aligned(std::size_t count) : p(reinterpret_cast<T*>(ryxsMalloc(static_cast<int>(count * sizeof(T) / 4)))) {}
-  ~Aligned() { ryxFree(p); }
-  T* p;
-};
-
 // Every kernel set, every order 2 up to the block, both directions,
 // interleaved and split, in place on aligned samples and through the work
 // area with the samples 8 bytes off a 16-byte boundary: bitwise the model.
@@ -157,17 +150,13 @@ void checkKernels(Isa isa) {
       for (bool useWork : {false, true}) {
         SCOPED_TRACE(testing::Message() << "isa " << static_cast<int>(isa) << " order " << order << " fwd " << fwd
                                         << " work " << useWork << " size " << sizeof(T));
-        Aligned<T> buf(2 * n + 4), work(2 * n);
-        T* s = buf.p + (useWork ? 8 / sizeof(T) : 0);
-        T* w = useWork ? work.p : nullptr;
-        for (std::size_t i = 0; i < n; ++i) {
-          s[2 * i] = x[i].real();
-          s[2 * i + 1] = x[i].imag();
-        }
-        K::interleaved(*set, fwd)(reinterpret_cast<typename K::P*>(s), n, tbl,
-                                  reinterpret_cast<typename K::P*>(w));
-        for (std::size_t i = 0; i < n; ++i) got[i] = {s[2 * i], s[2 * i + 1]};
-        EXPECT_TRUE(sameBits(got.data(), want.data(), static_cast<int>(n)));
+        Guarded<T> buf(static_cast<int>(2 * n), useWork ? 8 : 0), work(static_cast<int>(2 * n), 0);
+        T* s = buf.data();
+        T* w = useWork ? work.data() : nullptr;
+        // std::complex is laid out as the (re, im) pair the kernels use.
+        std::memcpy(s, x.data(), sizeof(Cx<T>) * n);
+        K::interleaved(*set, fwd)(reinterpret_cast<typename K::P*>(s), n, tbl, reinterpret_cast<typename K::P*>(w));
+        EXPECT_TRUE(sameBits(reinterpret_cast<const Cx<T>*>(s), want.data(), static_cast<int>(n)));
         // Split: real parts first, imaginary parts after.
         for (std::size_t i = 0; i < n; ++i) {
           s[i] = x[i].real();
@@ -176,6 +165,7 @@ void checkKernels(Isa isa) {
         K::split(*set, fwd)(s, s + n, n, tbl, w);
         for (std::size_t i = 0; i < n; ++i) got[i] = {s[i], s[n + i]};
         EXPECT_TRUE(sameBits(got.data(), want.data(), static_cast<int>(n)));
+        EXPECT_TRUE(buf.intact() && work.intact());
       }
     }
   }
