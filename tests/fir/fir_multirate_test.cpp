@@ -88,26 +88,6 @@ TYPED_TEST(Multirate, BlockCutsAgreeBitForBit) {
   }
 }
 
-// Interpolation by 2 with phase 1 and decimation by 3: one iteration reads
-// three samples and writes two, both at the ticks the phases name.
-TEST(MultirateShape, OneIterationReadsDownAndWritesUp) {
-  float taps[4] = {1.0f, 0.5f, 0.25f, 0.125f};
-  RyxFirTapState ts{};
-  ryxsFirlInitMr(taps, 4, 2, 1, 3, 0, &ts);
-  float line[2];
-  RyxFirDlyState ds{};
-  ryxsFirlInitDlyl(&ts, line, &ds);
-  ryxsFirlSetDlyl(&ts, nullptr, &ds);
-  const float src[4] = {1.0f, 2.0f, 3.0f, 99.0f};
-  float dst[3] = {-1.0f, -1.0f, -7.0f};
-  ryxsbFirl(&ts, &ds, src, dst, 1);
-  // High rate: inputs at ticks 1, 3, 5; outputs at ticks 0 and 3.
-  // y[0] = 0 (nothing arrived); y[3] = t0*x1 + t2*x0 = 2 + 0.25.
-  EXPECT_EQ(dst[0], 0.0f);
-  EXPECT_EQ(dst[1], 2.25f);
-  EXPECT_EQ(dst[2], -7.0f);
-}
-
 // The phase table of an interpolator whose tap count is not a multiple of
 // upFactor: branches differ by one tap and a short branch's span starts one
 // sample later, so that every span ends on the newest sample.

@@ -75,88 +75,28 @@ std::vector<T> reversed(const std::vector<T>& v) {
   return std::vector<T>(v.rbegin(), v.rend());
 }
 
-// The complex-result float forms with an output argument.
-template <class C>
-struct OutForm;
-template <>
-struct OutForm<ComboC> {
-  static constexpr auto low = ryxcFirlOut;
-  static constexpr auto high = ryxcFirOut;
-};
-template <>
-struct OutForm<ComboSC> {
-  static constexpr auto low = ryxscFirlOut;
-  static constexpr auto high = ryxscFirOut;
-};
-template <>
-struct OutForm<ComboCS> {
-  static constexpr auto low = ryxcsFirlOut;
-  static constexpr auto high = ryxcsFirOut;
-};
-
 template <class C>
 class FloatOrder : public ::testing::Test {};
 using FloatCombos = ::testing::Types<ComboS, ComboC, ComboSC, ComboCS>;
 TYPED_TEST_SUITE(FloatOrder, FloatCombos, ComboNames);
 
-// Single samples: the low-level line newest first against the taps; the
-// record runs the same lanes over its stored arrays, the history oldest
-// first against the reversed taps. Then a second sample through the form
-// with an output argument, where there is one.
-TYPED_TEST(FloatOrder, SingleSampleLanes) {
-  using S = typename TypeParam::S;
-  using H = typename TypeParam::H;
-  using O = typename TypeParam::O;
-  std::mt19937 gen(11);
-  int differs = 0;
-  for (int len = 1; len <= 33; ++len) {
-    for (int rep = 0; rep < 8; ++rep) {
-      const std::vector<H> taps = randomVec<H>(gen, len);
-      const std::vector<S> hist = randomVec<S>(gen, len - 1);
-      std::vector<S> x = hist;
-      for (int i = 0; i < 2; ++i) x.push_back(randomVec<S>(gen, 1)[0]);
-      Low<TypeParam> low;
-      High<TypeParam> high;
-      low.init(taps, hist);
-      high.init(taps, hist);
-      for (int i = 0; i < 2; ++i) {
-        const int at = len - 1 + i;
-        const std::vector<S> line = lineAt(x, at, len);
-        const O want = lanes(line.data(), taps.data(), len);
-        const O wantHigh = lanes(reversed(line).data(), reversed(taps).data(), len);
-        O gotLow, gotHigh;
-        if constexpr (std::is_same_v<O, float>) {
-          gotLow = low.one(x[static_cast<size_t>(at)]);
-          gotHigh = high.one(x[static_cast<size_t>(at)]);
-        } else if (i == 0) {
-          gotLow = low.one(x[static_cast<size_t>(at)]);
-          gotHigh = high.one(x[static_cast<size_t>(at)]);
-        } else {
-          OutForm<TypeParam>::low(&low.ts, &low.ds, x[static_cast<size_t>(at)], &gotLow);
-          OutForm<TypeParam>::high(&high.st, x[static_cast<size_t>(at)], &gotHigh);
-        }
-        ASSERT_TRUE(sameBits(gotLow, want)) << "taps " << len << " sample " << i;
-        ASSERT_TRUE(sameBits(gotHigh, wantHigh)) << "taps " << len << " sample " << i;
-        differs += !sameBits(want, sequential(line.data(), taps.data(), len));
-      }
-    }
-  }
-  EXPECT_GT(differs, 0);
-}
-
 // Float blocks: outputs in groups of four (real) or two (complex results)
 // from the pass kernel, the outputs left over in long double from tap 0
 // upward. The low-level form runs the first tapsLen - 1 outputs through the
-// line, then the kernel over src with products from the oldest sample and
-// the last tap; the record runs the staged history part and the src part
-// each through the kernel, with products from the newest sample and tap 0.
-TYPED_TEST(FloatOrder, BlockKernelAndLeftovers) {
+// line as single samples, then the kernel over src with products from the
+// oldest sample and the last tap; the record runs the staged history part
+// and the src part each through the kernel, with products from the newest
+// sample and tap 0. Then one more single sample, through the form with an
+// output argument where there is one on every other round: the low-level
+// lanes run over the line newest first against the taps, the record's over
+// its history oldest first against its reversed taps.
+TYPED_TEST(FloatOrder, BlocksAndSingleSamples) {
   using S = typename TypeParam::S;
   using H = typename TypeParam::H;
   using O = typename TypeParam::O;
   const int width = std::is_same_v<O, float> ? 4 : 2;
   std::mt19937 gen(14);
-  int differs = 0;
+  int differs = 0, lanesDiffer = 0;
   for (int len = 1; len <= 20; ++len) {
     // Fewer outputs than a pass up to several passes of sixteen and of 32.
     for (int extra : {1, 2, 3, 4, 5, 6, 7, 8, 9, 16, 19, 23, 36, 50, 75}) {
@@ -186,7 +126,9 @@ TYPED_TEST(FloatOrder, BlockKernelAndLeftovers) {
         const int newest = len - 1 + o;
         if (o < len - 1) {
           const std::vector<S> line = lineAt(x, newest, len);
-          ASSERT_TRUE(sameBits(gotLow[static_cast<size_t>(o)], lanes(line.data(), taps.data(), len))) << len;
+          const O want = lanes(line.data(), taps.data(), len);
+          ASSERT_TRUE(sameBits(gotLow[static_cast<size_t>(o)], want)) << len;
+          lanesDiffer += !sameBits(want, sequential(line.data(), taps.data(), len));
         } else {
           const int j = o - (len - 1);
           const O want = j < extra / width * width
@@ -203,9 +145,29 @@ TYPED_TEST(FloatOrder, BlockKernelAndLeftovers) {
                            : extended(newest);
         ASSERT_TRUE(sameBits(gotHigh[static_cast<size_t>(o)], want)) << "taps " << len << " extra " << extra << " o " << o;
       }
+
+      const S next = randomVec<S>(gen, 1)[0];
+      x.push_back(next);
+      const std::vector<S> line = lineAt(x, static_cast<int>(x.size()) - 1, len);
+      O nextLow, nextHigh;
+      if constexpr (std::is_same_v<O, float>) {
+        nextLow = low.one(next);
+        nextHigh = high.one(next);
+      } else if (extra % 2 == 1) {
+        TypeParam::firlOut(&low.ts, &low.ds, next, &nextLow);
+        TypeParam::firOut(&high.st, next, &nextHigh);
+      } else {
+        nextLow = low.one(next);
+        nextHigh = high.one(next);
+      }
+      const O want = lanes(line.data(), taps.data(), len);
+      ASSERT_TRUE(sameBits(nextLow, want)) << "taps " << len << " extra " << extra;
+      ASSERT_TRUE(sameBits(nextHigh, lanes(reversed(line).data(), reversed(taps).data(), len))) << "taps " << len;
+      lanesDiffer += !sameBits(want, sequential(line.data(), taps.data(), len));
     }
   }
   EXPECT_GT(differs, 0);
+  EXPECT_GT(lanesDiffer, 0);
 }
 
 // ---- Double orders ---------------------------------------------------------------

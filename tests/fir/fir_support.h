@@ -78,8 +78,9 @@ T pendingSum(int n, Prod prod) {
 //
 // Side<T> holds the routines keyed by one element type: the tap set-up of
 // taps of type T and the history set-up of samples of type T. A combination
-// names its sample type S, tap type H, result type O and its own filter and
-// Init routines; the rest come from Side<H> (taps) and Side<S> (history).
+// names its sample type S, tap type H, result type O, its own filter and
+// Init routines and the forms with an output argument (null where there are
+// none); the rest come from Side<H> (taps) and Side<S> (history).
 template <class T>
 struct Side;
 #define FIR_SIDE(T, lInit, lInitMr, lSetTaps, lGetTaps, lInitDlyl, lSetDlyl, lGetDlyl, hSetTaps, hGetTaps, hSetDlyl, \
@@ -108,7 +109,7 @@ FIR_SIDE(DCplx, ryxzFirlInit, ryxzFirlInitMr, ryxzFirlSetTaps, ryxzFirlGetTaps, 
          ryxzFirlGetDlyl, ryxzFirSetTaps, ryxzFirGetTaps, ryxzFirSetDlyl, ryxzFirGetDlyl);
 #undef FIR_SIDE
 
-#define FIR_COMBO(Name, code, SS, HH, OO, lFir, lBlock, hFir, hBlock, hInit, hInitMr)                  \
+#define FIR_COMBO(Name, code, SS, HH, OO, lFir, lBlock, hFir, hBlock, hInit, hInitMr, lOut, hOut)      \
   struct Name {                                                                                      \
     using S = SS;                                                                                    \
     using H = HH;                                                                                    \
@@ -121,15 +122,25 @@ FIR_SIDE(DCplx, ryxzFirlInit, ryxzFirlInitMr, ryxzFirlSetTaps, ryxzFirlGetTaps, 
     static constexpr auto bFir = hBlock;                                                             \
     static constexpr auto firInit = hInit;                                                           \
     static constexpr auto firInitMr = hInitMr;                                                       \
+    static constexpr auto firlOut = lOut;                                                            \
+    static constexpr auto firOut = hOut;                                                             \
   }
-FIR_COMBO(ComboS, "s", float, float, float, ryxsFirl, ryxsbFirl, ryxsFir, ryxsbFir, ryxsFirInit, ryxsFirInitMr);
-FIR_COMBO(ComboC, "c", SCplx, SCplx, SCplx, ryxcFirl, ryxcbFirl, ryxcFir, ryxcbFir, ryxcFirInit, ryxcFirInitMr);
-FIR_COMBO(ComboSC, "sc", float, SCplx, SCplx, ryxscFirl, ryxscbFirl, ryxscFir, ryxscbFir, ryxscFirInit, ryxscFirInitMr);
-FIR_COMBO(ComboCS, "cs", SCplx, float, SCplx, ryxcsFirl, ryxcsbFirl, ryxcsFir, ryxcsbFir, ryxcsFirInit, ryxcsFirInitMr);
-FIR_COMBO(ComboD, "d", double, double, double, ryxdFirl, ryxdbFirl, ryxdFir, ryxdbFir, ryxdFirInit, ryxdFirInitMr);
-FIR_COMBO(ComboZ, "z", DCplx, DCplx, DCplx, ryxzFirl, ryxzbFirl, ryxzFir, ryxzbFir, ryxzFirInit, ryxzFirInitMr);
-FIR_COMBO(ComboDZ, "dz", double, DCplx, DCplx, ryxdzFirl, ryxdzbFirl, ryxdzFir, ryxdzbFir, ryxdzFirInit, ryxdzFirInitMr);
-FIR_COMBO(ComboZD, "zd", DCplx, double, DCplx, ryxzdFirl, ryxzdbFirl, ryxzdFir, ryxzdbFir, ryxzdFirInit, ryxzdFirInitMr);
+FIR_COMBO(ComboS, "s", float, float, float, ryxsFirl, ryxsbFirl, ryxsFir, ryxsbFir, ryxsFirInit, ryxsFirInitMr,
+          nullptr, nullptr);
+FIR_COMBO(ComboC, "c", SCplx, SCplx, SCplx, ryxcFirl, ryxcbFirl, ryxcFir, ryxcbFir, ryxcFirInit, ryxcFirInitMr,
+          ryxcFirlOut, ryxcFirOut);
+FIR_COMBO(ComboSC, "sc", float, SCplx, SCplx, ryxscFirl, ryxscbFirl, ryxscFir, ryxscbFir, ryxscFirInit, ryxscFirInitMr,
+          ryxscFirlOut, ryxscFirOut);
+FIR_COMBO(ComboCS, "cs", SCplx, float, SCplx, ryxcsFirl, ryxcsbFirl, ryxcsFir, ryxcsbFir, ryxcsFirInit, ryxcsFirInitMr,
+          ryxcsFirlOut, ryxcsFirOut);
+FIR_COMBO(ComboD, "d", double, double, double, ryxdFirl, ryxdbFirl, ryxdFir, ryxdbFir, ryxdFirInit, ryxdFirInitMr,
+          nullptr, nullptr);
+FIR_COMBO(ComboZ, "z", DCplx, DCplx, DCplx, ryxzFirl, ryxzbFirl, ryxzFir, ryxzbFir, ryxzFirInit, ryxzFirInitMr,
+          nullptr, nullptr);
+FIR_COMBO(ComboDZ, "dz", double, DCplx, DCplx, ryxdzFirl, ryxdzbFirl, ryxdzFir, ryxdzbFir, ryxdzFirInit, ryxdzFirInitMr,
+          nullptr, nullptr);
+FIR_COMBO(ComboZD, "zd", DCplx, double, DCplx, ryxzdFirl, ryxzdbFirl, ryxzdFir, ryxzdbFir, ryxzdFirInit, ryxzdFirInitMr,
+          nullptr, nullptr);
 #undef FIR_COMBO
 
 using AllCombos = ::testing::Types<ComboS, ComboC, ComboSC, ComboCS, ComboD, ComboZ, ComboDZ, ComboZD>;
