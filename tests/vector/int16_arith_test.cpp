@@ -136,54 +136,35 @@ TEST_P(Int16Arith, ExhaustiveFirstOperandReal) {
 
 // Random arrays for every routine, mode and factor, lengths 1 to 40 with
 // the destination and sources at varying misalignments, so that head,
-// blocks and tail of every kernel run; shapes 2 and 3 also in place.
+// blocks and tail of every kernel run; shapes 2 and 3 also in place. The
+// lane modes (0 and 1) also at longer lengths and with the dispatch capped
+// at the 128-bit kernels.
 TEST_P(Int16Arith, RandomArraysEveryModeAndFactor) {
   const Op op = static_cast<Op>(GetParam());
   Random rng(1000 + GetParam());
+  struct Restore {
+    ~Restore() { ryx::cpu::setCap(ryx::cpu::Isa::Avx512); }
+  } restore;
   for (int mode : kModes) {
+    const bool lanes = mode == 0 || mode == 1;
     std::vector<const int*> factors{nullptr};
     if (readsFactor(mode)) {
       for (const int& f : kFactors) factors.push_back(&f);
     }
-    for (const int* f : factors) {
-      for (int n = 1; n <= 40; ++n) {
-        const int range = (mode == 4 && n % 3 == 0) ? (op == i16model::kMpy ? 150 : 16000) : 32768;
-        for (int shape = 1; shape <= 3; ++shape) {
-          const bool inPlace = shape > 1 && n % 4 == 1;
-          check(op, shape, randomArray<short>(rng, n, range), randomArray<short>(rng, n, range), mode, f, 2 * (n % 8),
-                2 * ((n / 8) % 8), inPlace);
-          check(op, shape, randomArray<WCplx>(rng, n, range), randomArray<WCplx>(rng, n, range), mode, f, 4 * (n % 4),
-                4 * ((n / 4) % 4), inPlace);
-          if (::testing::Test::HasFatalFailure()) return;
-        }
-      }
-    }
-  }
-}
-
-// The SIMD modes at every destination and source misalignment, short and
-// long lengths, against the model; with the wide kernels allowed and with
-// the dispatch capped at the 128-bit ones.
-TEST_P(Int16Arith, LaneModesEveryAlignment) {
-  const Op op = static_cast<Op>(GetParam());
-  Random rng(2000 + GetParam());
-  struct Restore {
-    ~Restore() { ryx::cpu::setCap(ryx::cpu::Isa::Avx512); }
-  } restore;
-  for (int round = 0; round < 4; ++round) {
-    const int mode = round % 2;
-    ryx::cpu::setCap(round < 2 ? ryx::cpu::Isa::Avx512 : ryx::cpu::Isa::Sse2);
-    const char* cap = round < 2 ? " wide" : " sse2";
-    for (int dstOff = 0; dstOff < 16; dstOff += 2) {
-      for (int srcOff : {0, 2, 6, 10}) {
-        for (int n : {1, 2, 3, 4, 5, 7, 8, 15, 16, 17, 19, 20, 21, 23, 31, 32, 33, 36, 40, 255, 1000}) {
+    for (bool capped : {false, true}) {
+      if (capped && !lanes) continue;
+      ryx::cpu::setCap(capped ? ryx::cpu::Isa::Sse2 : ryx::cpu::Isa::Avx512);
+      const char* cap = capped ? " sse2" : "";
+      for (const int* f : factors) {
+        for (int k = 1; k <= (lanes ? 42 : 40); ++k) {
+          const int n = k == 41 ? 255 : (k == 42 ? 1000 : k);
+          const int range = (mode == 4 && n % 3 == 0) ? (op == i16model::kMpy ? 150 : 16000) : 32768;
           for (int shape = 1; shape <= 3; ++shape) {
-            check(op, shape, randomArray<short>(rng, n, 32768), randomArray<short>(rng, n, 32768), mode, nullptr,
-                  dstOff, srcOff, false, cap);
-            if (dstOff % 4 == 0) {
-              check(op, shape, randomArray<WCplx>(rng, n, 32768), randomArray<WCplx>(rng, n, 32768), mode, nullptr,
-                    dstOff, srcOff & ~3, false, cap);
-            }
+            const bool inPlace = shape > 1 && n % 4 == 1;
+            check(op, shape, randomArray<short>(rng, n, range), randomArray<short>(rng, n, range), mode, f,
+                  2 * (n % 8), 2 * ((n / 8) % 8), inPlace, cap);
+            check(op, shape, randomArray<WCplx>(rng, n, range), randomArray<WCplx>(rng, n, range), mode, f,
+                  4 * (n % 4), 4 * ((n / 4) % 4), inPlace, cap);
             if (::testing::Test::HasFatalFailure()) return;
           }
         }

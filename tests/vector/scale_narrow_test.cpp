@@ -158,10 +158,8 @@ std::vector<float> randomFloats(Random& rng, int n, int trial) {
   std::vector<float> v(n);
   const float range = std::ldexp(1.0f, trial % 40);
   for (auto& x : v) x = rng.f32(-range, range);
-  if (trial % 7 == 0) v[rng.i32(0, n - 1)] = 32767.0f;
-  if (trial % 7 == 1) v[rng.i32(0, n - 1)] = -32768.0f;
-  if (trial % 7 == 2) v[rng.i32(0, n - 1)] = 32768.0f;
-  if (trial % 7 == 3) v[rng.i32(0, n - 1)] = -32768.5f;
+  const float limits[4] = {32767.0f, -32768.0f, 32768.0f, -32768.5f};
+  if (trial % 7 < 4) v[rng.i32(0, n - 1)] = limits[trial % 7];
   if (trial % 11 == 4) v[rng.i32(0, n - 1)] = std::numeric_limits<float>::quiet_NaN();
   if (trial % 13 == 5) v[rng.i32(0, n - 1)] = -std::numeric_limits<float>::quiet_NaN();
   if (trial % 17 == 6) v[rng.i32(0, n - 1)] = 3.0e38f;
