@@ -18,24 +18,16 @@ using namespace ryxtest;
 
 constexpr int kAllFormsUpTo = 16;
 
-template <class T>
-struct Api;
-template <>
-struct Api<float> {
-  using C = SCplx;
-  static constexpr auto fft = ryxcFft;
-  static constexpr auto nip = ryxcFftNip;
-  static constexpr auto split = ryxcrFft;
-  static constexpr auto splitNip = ryxcrFftNip;
+// The routines of one precision.
+template <class T, class C>
+struct Forms {
+  void (*fft)(C*, int, int);
+  void (*nip)(const C*, C*, int, int);
+  void (*split)(T*, T*, int, int);
+  void (*splitNip)(const T*, const T*, T*, T*, int, int);
 };
-template <>
-struct Api<double> {
-  using C = DCplx;
-  static constexpr auto fft = ryxzFft;
-  static constexpr auto nip = ryxzFftNip;
-  static constexpr auto split = ryxzrFft;
-  static constexpr auto splitNip = ryxzrFftNip;
-};
+constexpr Forms<float, SCplx> kFloatForms = {ryxcFft, ryxcFftNip, ryxcrFft, ryxcrFftNip};
+constexpr Forms<double, DCplx> kDoubleForms = {ryxzFft, ryxzFftNip, ryxzrFft, ryxzrFftNip};
 
 template <class C>
 std::vector<C> bitReversed(const std::vector<C>& v, int order) {
@@ -52,10 +44,8 @@ auto part(const std::vector<C>& v, int which) {
   return out;
 }
 
-template <class T>
-void checkOrder(int order) {
-  using A = Api<T>;
-  using C = typename A::C;
+template <class T, class C>
+void checkOrder(const Forms<T, C>& A, int order) {
   SCOPED_TRACE(testing::Message() << "order " << order << (sizeof(T) == 4 ? " float" : " double"));
   ReportCapture capture;
   const int n = 1 << order;
@@ -69,7 +59,7 @@ void checkOrder(int order) {
   const long double bound = errorBound<T>(order);
   auto run = [&](int flags, const std::vector<C>& in) {
     std::vector<C> y = in;
-    A::fft(y.data(), order, flags);
+    A.fft(y.data(), order, flags);
     return y;
   };
 
@@ -85,8 +75,8 @@ void checkOrder(int order) {
   if (order <= kAllFormsUpTo) {
     // Nip: bitwise the in-place results.
     std::vector<C> out(n), outInv(n);
-    A::nip(x.data(), out.data(), order, RYX_Forward);
-    A::nip(x.data(), outInv.data(), order, RYX_Inverse);
+    A.nip(x.data(), out.data(), order, RYX_Forward);
+    A.nip(x.data(), outInv.data(), order, RYX_Inverse);
     EXPECT_TRUE(sameBits(out.data(), fwd.data(), n));
     EXPECT_TRUE(sameBits(outInv.data(), inv.data(), n));
 
@@ -96,8 +86,8 @@ void checkOrder(int order) {
       if (offset % sizeof(T) != 0) continue;
       Guarded<C> g(n, offset), gi(n, offset);
       std::memcpy(g.data(), x.data(), sizeof(C) * n);
-      A::fft(g.data(), order, RYX_Forward);
-      A::nip(x.data(), gi.data(), order, RYX_Inverse);
+      A.fft(g.data(), order, RYX_Forward);
+      A.nip(x.data(), gi.data(), order, RYX_Inverse);
       EXPECT_TRUE(sameBits(g.data(), fwd.data(), n) && g.intact()) << "offset " << offset;
       EXPECT_TRUE(sameBits(gi.data(), inv.data(), n) && gi.intact()) << "offset " << offset;
     }
@@ -109,10 +99,10 @@ void checkOrder(int order) {
       const std::vector<T> wantRe = part(dir == RYX_Forward ? fwd : inv, 0);
       const std::vector<T> wantIm = part(dir == RYX_Forward ? fwd : inv, 1);
       std::vector<T> sr = re, si = im;
-      A::split(sr.data(), si.data(), order, dir);
+      A.split(sr.data(), si.data(), order, dir);
       EXPECT_TRUE(sameBits(sr.data(), wantRe.data(), n) && sameBits(si.data(), wantIm.data(), n)) << dir;
       Guarded<T> gr(n, sizeof(T)), gim(n, 0);
-      A::splitNip(re.data(), im.data(), gr.data(), gim.data(), order, dir);
+      A.splitNip(re.data(), im.data(), gr.data(), gim.data(), order, dir);
       EXPECT_TRUE(sameBits(gr.data(), wantRe.data(), n) && sameBits(gim.data(), wantIm.data(), n)) << dir;
       EXPECT_TRUE(gr.intact() && gim.intact());
     }
@@ -123,7 +113,7 @@ void checkOrder(int order) {
     EXPECT_TRUE(sameBits(run(RYX_Forward | RYX_InReversed, xr).data(), fwd.data(), n));
     EXPECT_TRUE(sameBits(run(RYX_Forward | RYX_OutReversed, x).data(), bitReversed(fwd, order).data(), n));
     EXPECT_TRUE(sameBits(run(RYX_Forward | RYX_NaturalOrder, x).data(), fwd.data(), n));
-    A::nip(xr.data(), out.data(), order, RYX_Forward | RYX_InReversed | RYX_KeepScale);
+    A.nip(xr.data(), out.data(), order, RYX_Forward | RYX_InReversed | RYX_KeepScale);
     EXPECT_TRUE(sameBits(out.data(), fwd.data(), n));
   }
   EXPECT_TRUE(capture.reports().empty());
@@ -132,8 +122,8 @@ void checkOrder(int order) {
 
 class ComplexFftOrders : public testing::TestWithParam<int> {};
 
-TEST_P(ComplexFftOrders, FloatMatchesReferenceAndFormsAgreeBitwise) { checkOrder<float>(GetParam()); }
-TEST_P(ComplexFftOrders, DoubleMatchesReferenceAndFormsAgreeBitwise) { checkOrder<double>(GetParam()); }
+TEST_P(ComplexFftOrders, FloatMatchesReferenceAndFormsAgreeBitwise) { checkOrder(kFloatForms, GetParam()); }
+TEST_P(ComplexFftOrders, DoubleMatchesReferenceAndFormsAgreeBitwise) { checkOrder(kDoubleForms, GetParam()); }
 
 INSTANTIATE_TEST_SUITE_P(Orders0To20, ComplexFftOrders, testing::Range(0, 21));
 

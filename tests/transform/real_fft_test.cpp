@@ -20,38 +20,23 @@ using namespace ryxtest;
 
 constexpr int kAllFormsUpTo = 16;
 
+// The routines of one precision.
 template <class T>
-struct RealApi;
-template <>
-struct RealApi<float> {
-  static constexpr auto real = ryxsRealFft;
-  static constexpr auto realNip = ryxsRealFftNip;
-  static constexpr auto realL = ryxsRealFftl;
-  static constexpr auto realLNip = ryxsRealFftlNip;
-  static constexpr auto ccs = ryxsCcsFft;
-  static constexpr auto ccsNip = ryxsCcsFftNip;
-  static constexpr auto ccsL = ryxsCcsFftl;
-  static constexpr auto ccsLNip = ryxsCcsFftlNip;
-  static constexpr auto real2 = ryxsReal2Fft;
-  static constexpr auto real2Nip = ryxsReal2FftNip;
-  static constexpr auto ccs2 = ryxsCcs2Fft;
-  static constexpr auto ccs2Nip = ryxsCcs2FftNip;
+struct RealForms {
+  void (*real)(T*, int, int), (*realL)(T*, int, int), (*ccs)(T*, int, int), (*ccsL)(T*, int, int);
+  void (*realNip)(const T*, T*, int, int), (*realLNip)(const T*, T*, int, int), (*ccsNip)(const T*, T*, int, int),
+      (*ccsLNip)(const T*, T*, int, int);
+  RyxStatus (*real2)(T*, T*, int, int), (*ccs2)(T*, T*, int, int);
+  RyxStatus (*real2Nip)(const T*, T*, const T*, T*, int, int), (*ccs2Nip)(const T*, T*, const T*, T*, int, int);
 };
-template <>
-struct RealApi<double> {
-  static constexpr auto real = ryxdRealFft;
-  static constexpr auto realNip = ryxdRealFftNip;
-  static constexpr auto realL = ryxdRealFftl;
-  static constexpr auto realLNip = ryxdRealFftlNip;
-  static constexpr auto ccs = ryxdCcsFft;
-  static constexpr auto ccsNip = ryxdCcsFftNip;
-  static constexpr auto ccsL = ryxdCcsFftl;
-  static constexpr auto ccsLNip = ryxdCcsFftlNip;
-  static constexpr auto real2 = ryxdReal2Fft;
-  static constexpr auto real2Nip = ryxdReal2FftNip;
-  static constexpr auto ccs2 = ryxdCcs2Fft;
-  static constexpr auto ccs2Nip = ryxdCcs2FftNip;
-};
+constexpr RealForms<float> kFloatForms = {
+    .real = ryxsRealFft, .realL = ryxsRealFftl, .ccs = ryxsCcsFft, .ccsL = ryxsCcsFftl,
+    .realNip = ryxsRealFftNip, .realLNip = ryxsRealFftlNip, .ccsNip = ryxsCcsFftNip, .ccsLNip = ryxsCcsFftlNip,
+    .real2 = ryxsReal2Fft, .ccs2 = ryxsCcs2Fft, .real2Nip = ryxsReal2FftNip, .ccs2Nip = ryxsCcs2FftNip};
+constexpr RealForms<double> kDoubleForms = {
+    .real = ryxdRealFft, .realL = ryxdRealFftl, .ccs = ryxdCcsFft, .ccsL = ryxdCcsFftl,
+    .realNip = ryxdRealFftNip, .realLNip = ryxdRealFftlNip, .ccsNip = ryxdCcsFftNip, .ccsLNip = ryxdCcsFftlNip,
+    .real2 = ryxdReal2Fft, .ccs2 = ryxdCcs2Fft, .real2Nip = ryxdReal2FftNip, .ccs2Nip = ryxdCcs2FftNip};
 
 // RCCs (N+2 values) to RCPack (re0, re1, im1, ..., reN/2) and RCPerm
 // (re0, reN/2, re1, im1, ...), written out.
@@ -69,8 +54,7 @@ std::vector<T> toPacked(const std::vector<T>& ccs, int n, bool perm) {
 }
 
 template <class T>
-void checkRealOrder(int order) {
-  using A = RealApi<T>;
+void checkRealOrder(const RealForms<T>& A, int order) {
   SCOPED_TRACE(testing::Message() << "order " << order << (sizeof(T) == 4 ? " float" : " double"));
   ReportCapture capture;
   const int n = 1 << order;
@@ -93,7 +77,7 @@ void checkRealOrder(int order) {
 
     std::vector<T> ccs(n + 2);
     std::copy(x.begin(), x.end(), ccs.begin());
-    A::real(ccs.data(), order, dir);
+    A.real(ccs.data(), order, dir);
     std::vector<LCplx> half(n / 2 + 1);
     for (int k = 0; k <= n / 2; ++k) half[k] = {ccs[2 * k], ccs[2 * k + 1]};
     EXPECT_LE(relativeError(half, ref), bound);
@@ -102,25 +86,25 @@ void checkRealOrder(int order) {
     if (!all) continue;
 
     std::vector<T> nip(n + 2);
-    A::realNip(x.data(), nip.data(), order, dir);
+    A.realNip(x.data(), nip.data(), order, dir);
     EXPECT_TRUE(sameBits(nip.data(), ccs.data(), n + 2));
     const std::vector<T> pack = toPacked(ccs, n, false), perm = toPacked(ccs, n, true);
     std::vector<T> p = x, q = x;
-    A::realL(p.data(), order, dir | RYX_RCPackOut);
-    A::realL(q.data(), order, dir | RYX_RCPermOut);
+    A.realL(p.data(), order, dir | RYX_RCPackOut);
+    A.realL(q.data(), order, dir | RYX_RCPermOut);
     EXPECT_TRUE(sameBits(p.data(), pack.data(), n));
     EXPECT_TRUE(sameBits(q.data(), perm.data(), n));
     Guarded<T> g(n, sizeof(T)), gp(n, 2 * sizeof(T));
-    A::realLNip(x.data(), g.data(), order, dir | RYX_RCPermOut);
+    A.realLNip(x.data(), g.data(), order, dir | RYX_RCPermOut);
     std::memcpy(gp.data(), x.data(), sizeof(T) * n);
-    A::realL(gp.data(), order, dir | RYX_RCPackOut);
+    A.realL(gp.data(), order, dir | RYX_RCPackOut);
     EXPECT_TRUE(sameBits(g.data(), perm.data(), n) && g.intact());
     EXPECT_TRUE(sameBits(gp.data(), pack.data(), n) && gp.intact());
 
     // CCS: the real sum over the conjugate-symmetric extension of the
     // spectrum just computed, exponent by direction, 1/N for the inverse.
     std::vector<T> c = ccs;
-    A::ccs(c.data(), order, dir);
+    A.ccs(c.data(), order, dir);
     std::vector<LCplx> full(n);
     for (int k = 0; k < n; ++k) full[k] = k <= n / 2 ? LCplx(ccs[2 * k], ccs[2 * k + 1]) : std::conj(full[n - k]);
     full[0].imag(0);
@@ -129,22 +113,22 @@ void checkRealOrder(int order) {
     for (auto& v : back) v = v.real() / scale;
     EXPECT_LE(relativeError(widenReal(c.data(), n), back), 2 * bound);
     std::vector<T> cn(n), cp = pack, cq(n);
-    A::ccsNip(ccs.data(), cn.data(), order, dir);
-    A::ccsL(cp.data(), order, dir | RYX_RCPackIn);
-    A::ccsLNip(perm.data(), cq.data(), order, dir | RYX_RCPermIn);
+    A.ccsNip(ccs.data(), cn.data(), order, dir);
+    A.ccsL(cp.data(), order, dir | RYX_RCPackIn);
+    A.ccsLNip(perm.data(), cq.data(), order, dir | RYX_RCPermIn);
     EXPECT_TRUE(sameBits(cn.data(), c.data(), n));
     EXPECT_TRUE(sameBits(cp.data(), c.data(), n));
     EXPECT_TRUE(sameBits(cq.data(), c.data(), n));
     Guarded<T> gq(n, sizeof(T));
-    A::ccsLNip(pack.data(), gq.data(), order, dir | RYX_RCPackIn);
+    A.ccsLNip(pack.data(), gq.data(), order, dir | RYX_RCPackIn);
     EXPECT_TRUE(sameBits(gq.data(), c.data(), n) && gq.intact());
   }
 
   // Round trip: CCS inverse undoes the real forward transform.
   std::vector<T> rt(n + 2);
   std::copy(x.begin(), x.end(), rt.begin());
-  A::real(rt.data(), order, RYX_Forward);
-  A::ccs(rt.data(), order, RYX_Inverse);
+  A.real(rt.data(), order, RYX_Forward);
+  A.ccs(rt.data(), order, RYX_Inverse);
   EXPECT_LE(relativeError(widenReal(rt.data(), n), xl), 2 * bound);
 
   // Two signals: bitwise two one-signal calls.
@@ -155,14 +139,14 @@ void checkRealOrder(int order) {
     std::copy(x.begin(), x.end(), xs.begin());
     std::copy(y.begin(), y.end(), ys.begin());
     std::vector<T> xr = xs, yr = ys;
-    EXPECT_EQ(A::real2(xs.data(), ys.data(), order, RYX_Forward), RYX_StsOk);
-    EXPECT_EQ(A::real2Nip(x.data(), xo.data(), y.data(), yo.data(), order, RYX_Forward), RYX_StsOk);
-    A::real(xr.data(), order, RYX_Forward);
-    A::real(yr.data(), order, RYX_Forward);
+    EXPECT_EQ(A.real2(xs.data(), ys.data(), order, RYX_Forward), RYX_StsOk);
+    EXPECT_EQ(A.real2Nip(x.data(), xo.data(), y.data(), yo.data(), order, RYX_Forward), RYX_StsOk);
+    A.real(xr.data(), order, RYX_Forward);
+    A.real(yr.data(), order, RYX_Forward);
     EXPECT_TRUE(sameBits(xs.data(), xr.data(), n + 2) && sameBits(ys.data(), yr.data(), n + 2));
     EXPECT_TRUE(sameBits(xo.data(), xr.data(), n + 2) && sameBits(yo.data(), yr.data(), n + 2));
-    EXPECT_EQ(A::ccs2Nip(xr.data(), xb.data(), yr.data(), yb.data(), order, RYX_Inverse), RYX_StsOk);
-    EXPECT_EQ(A::ccs2(xr.data(), yr.data(), order, RYX_Inverse), RYX_StsOk);
+    EXPECT_EQ(A.ccs2Nip(xr.data(), xb.data(), yr.data(), yb.data(), order, RYX_Inverse), RYX_StsOk);
+    EXPECT_EQ(A.ccs2(xr.data(), yr.data(), order, RYX_Inverse), RYX_StsOk);
     EXPECT_TRUE(sameBits(xb.data(), xr.data(), n) && sameBits(yb.data(), yr.data(), n));
     EXPECT_LE(relativeError(widenReal(yb.data(), n), widenReal(y.data(), n)), 2 * bound);
   }
@@ -170,8 +154,8 @@ void checkRealOrder(int order) {
 }
 
 class RealFftOrders : public testing::TestWithParam<int> {};
-TEST_P(RealFftOrders, FloatLayoutsAndDirections) { checkRealOrder<float>(GetParam()); }
-TEST_P(RealFftOrders, DoubleLayoutsAndDirections) { checkRealOrder<double>(GetParam()); }
+TEST_P(RealFftOrders, FloatLayoutsAndDirections) { checkRealOrder(kFloatForms, GetParam()); }
+TEST_P(RealFftOrders, DoubleLayoutsAndDirections) { checkRealOrder(kDoubleForms, GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Orders0To20, RealFftOrders, testing::Range(0, 21));
 
 // Small-order rules written out.
