@@ -3,7 +3,6 @@
 // against the scalar model in kernel_model_test.cpp.)
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <vector>
 
 #include "fft_reference.h"

@@ -22,6 +22,7 @@ using namespace ryxtest;
 template <class T>
 using Cx = std::complex<T>;
 using ryx::fft::Isa;
+using ryx::fft::KernelSet;
 
 // Product by a twiddle as the engine forms it: re = xr*wr - xi*wi,
 // im = xr*wi + xi*wr; the inverse uses the conjugate.
@@ -108,7 +109,7 @@ std::vector<Cx<T>> model(const std::vector<Cx<T>>& x, int order, bool fwd, const
 }
 
 // Per precision: the kernels of a set, the radix table, the table group
-// width G of the model, the orders the kernels serve (up to the in-cache
+// width G of the model, the last order the kernels serve (the in-cache
 // block).
 template <class T>
 struct Kernels;
@@ -116,16 +117,16 @@ template <>
 struct Kernels<float> {
   using P = SCplx;
   static constexpr int kG = 4, kLast = 14;
-  static auto interleaved(const ryx::fft::KernelSet& s, bool fwd) { return fwd ? s.sFwd : s.sInv; }
-  static auto split(const ryx::fft::KernelSet& s, bool fwd) { return fwd ? s.sSplitFwd : s.sSplitInv; }
+  static auto interleaved(const KernelSet& s, bool fwd) { return fwd ? s.sFwd : s.sInv; }
+  static auto split(const KernelSet& s, bool fwd) { return fwd ? s.sSplitFwd : s.sSplitInv; }
   static const float* table(int order) { return ownsGetFftRadixTwd(order); }
 };
 template <>
 struct Kernels<double> {
   using P = DCplx;
   static constexpr int kG = 2, kLast = 12;
-  static auto interleaved(const ryx::fft::KernelSet& s, bool fwd) { return fwd ? s.dFwd : s.dInv; }
-  static auto split(const ryx::fft::KernelSet& s, bool fwd) { return fwd ? s.dSplitFwd : s.dSplitInv; }
+  static auto interleaved(const KernelSet& s, bool fwd) { return fwd ? s.dFwd : s.dInv; }
+  static auto split(const KernelSet& s, bool fwd) { return fwd ? s.dSplitFwd : s.dSplitInv; }
   static const double* table(int order) { return owndGetFftRadixTwd(order); }
 };
 
@@ -136,7 +137,7 @@ struct Kernels<double> {
 template <class T>
 void checkKernels(Isa isa) {
   using K = Kernels<T>;
-  const ryx::fft::KernelSet* set = ryx::fft::kernelsFor(isa);
+  const KernelSet* set = ryx::fft::kernelsFor(isa);
   if (set == nullptr) return;
   for (int order = 2; order <= K::kLast; ++order) {
     const std::size_t n = std::size_t{1} << order;
