@@ -145,15 +145,27 @@ void expectRoots(const SCplx* c, const DCplx* z, const WCplx* v, int n, long dou
 
 TEST(Twiddles, FftAndDftTablesAgainstDirectValues) {
   ReportCapture capture;
-  for (int order = 0; order <= 12; ++order) {
-    const int n = 1 << order;
+  // Computed into the caller's arrays, then fetched bitwise the same from
+  // the thread's cache (the same pointer each time); `arg` is the order or
+  // the length.
+  auto family = [](int arg, int n, auto calcC, auto calcZ, auto calcV, auto getC, auto getZ, auto getV) {
     std::vector<SCplx> c(n);
     std::vector<DCplx> z(n);
     std::vector<WCplx> v(n);
-    ryxcCalcFftTwdTbl(c.data(), order);
-    ryxzCalcFftTwdTbl(z.data(), order);
-    ryxvCalcFftTwdTbl(v.data(), order);
+    calcC(c.data(), arg);
+    calcZ(z.data(), arg);
+    calcV(v.data(), arg);
     expectRoots(c.data(), z.data(), v.data(), n, 1.0L + 1e-9L);
+    EXPECT_TRUE(getC(arg) != nullptr && getC(arg) == getC(arg) && getZ(arg) != nullptr && getV(arg) != nullptr);
+    EXPECT_TRUE(sameBits(getC(arg), c.data(), n) && sameBits(getZ(arg), z.data(), n) && sameBits(getV(arg), v.data(), n));
+    EXPECT_TRUE(c[0].re == 1.0f && z[0].re == 1.0 && v[0].re == 16384 && v[0].im == 0);
+    EXPECT_TRUE(std::signbit(c[0].im) && std::signbit(z[0].im));
+    return v;
+  };
+  for (int order = 0; order <= 12; ++order) {
+    const int n = 1 << order;
+    const std::vector<WCplx> v = family(order, n, ryxcCalcFftTwdTbl, ryxzCalcFftTwdTbl, ryxvCalcFftTwdTbl,
+                                        ryxcGetFftTwdTbl, ryxzGetFftTwdTbl, ryxvGetFftTwdTbl);
     // Truncation toward zero of 16384 cos and -16384 sin.
     for (int k = 0; k < n; ++k) {
       const LCplx w = unitRoot(k, n, -1);
@@ -162,26 +174,10 @@ TEST(Twiddles, FftAndDftTablesAgainstDirectValues) {
         EXPECT_TRUE(got == 0 || (got > 0) == (exact > 0));
       }
     }
-    EXPECT_TRUE(c[0].re == 1.0f && std::signbit(c[0].im) && std::signbit(z[0].im));
-    EXPECT_TRUE(v[0].re == 16384 && v[0].im == 0);
-    SCplx* cached = ryxcGetFftTwdTbl(order);
-    ASSERT_NE(cached, nullptr);
-    EXPECT_EQ(ryxcGetFftTwdTbl(order), cached);
-    EXPECT_TRUE(sameBits(cached, c.data(), n));
-    EXPECT_TRUE(sameBits(ryxzGetFftTwdTbl(order), z.data(), n));
-    EXPECT_TRUE(sameBits(ryxvGetFftTwdTbl(order), v.data(), n));
   }
   for (int len : {1, 3, 5, 12, 100, 170}) {
-    std::vector<SCplx> c(len);
-    std::vector<DCplx> z(len);
-    std::vector<WCplx> v(len);
-    ryxcCalcDftTwdTbl(c.data(), len);
-    ryxzCalcDftTwdTbl(z.data(), len);
-    ryxvCalcDftTwdTbl(v.data(), len);
-    expectRoots(c.data(), z.data(), v.data(), len, 1.0L + 1e-9L);
-    EXPECT_TRUE(sameBits(ryxcGetDftTwdTbl(len), c.data(), len));
-    EXPECT_TRUE(sameBits(ryxzGetDftTwdTbl(len), z.data(), len));
-    EXPECT_TRUE(sameBits(ryxvGetDftTwdTbl(len), v.data(), len));
+    family(len, len, ryxcCalcDftTwdTbl, ryxzCalcDftTwdTbl, ryxvCalcDftTwdTbl, ryxcGetDftTwdTbl, ryxzGetDftTwdTbl,
+           ryxvGetDftTwdTbl);
   }
   ryxcFreeTwdTbls();
   ryxzFreeTwdTbls();
