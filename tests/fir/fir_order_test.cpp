@@ -70,6 +70,16 @@ std::vector<S> lineAt(const std::vector<S>& x, int at, int len) {
   return line;
 }
 
+template <class F>
+void forParts(float& v, F f) {
+  f(v);
+}
+template <class F>
+void forParts(SCplx& v, F f) {
+  f(v.re);
+  f(v.im);
+}
+
 template <class T>
 std::vector<T> reversed(const std::vector<T>& v) {
   return std::vector<T>(v.rbegin(), v.rend());
@@ -100,10 +110,20 @@ TYPED_TEST(FloatOrder, BlocksAndSingleSamples) {
   for (int len = 1; len <= 20; ++len) {
     // Fewer outputs than a pass up to several passes of sixteen and of 32.
     for (int extra : {1, 2, 3, 4, 5, 6, 7, 8, 9, 16, 19, 23, 36, 50, 75}) {
-      const std::vector<H> taps = randomVec<H>(gen, len);
-      const std::vector<S> hist = randomVec<S>(gen, len - 1);
+      std::vector<H> taps = randomVec<H>(gen, len);
+      std::vector<S> hist = randomVec<S>(gen, len - 1);
       const int n = len - 1 + extra;
-      const std::vector<S> src = randomVec<S>(gen, n);
+      std::vector<S> src = randomVec<S>(gen, n);
+      if (extra % 2 == 0) {
+        // Samples of +-1 and taps of +-2^40 or +-2^-30: when the large
+        // products cancel, the small ones absorbed on the way show the order
+        // of the extended sums.
+        auto pm = [&](float m) { return std::uniform_int_distribution<int>(0, 1)(gen) ? m : -m; };
+        auto wide = [&](float& v, bool tap) { v = pm(tap ? std::ldexp(1.0f, gen() % 2 ? 40 : -30) : 1.0f); };
+        for (H& t : taps) forParts(t, [&](float& v) { wide(v, true); });
+        for (S& v : hist) forParts(v, [&](float& p) { wide(p, false); });
+        for (S& v : src) forParts(v, [&](float& p) { wide(p, false); });
+      }
       Low<TypeParam> low;
       High<TypeParam> high;
       low.init(taps, hist);
