@@ -62,7 +62,14 @@ void conj2(const char* name, const C* src, C* dst, int n) {
 template <class C>
 void conjFlip2(const char* name, const C* src, C* dst, int n) {
   if (!passFirst({name, kStem}, {{n <= 0, "n<=0"}, {src == nullptr, "src==0"}, {dst == nullptr, "dst==0"}})) return;
-  for (int i = 0; i < n; ++i) conjElement(src + i, dst + (n - 1 - i));
+  // The pair i, n-1-i is read before either is written, so src may equal dst.
+  for (int i = 0, j = n - 1; i <= j; ++i, --j) {
+    C lo, hi;
+    conjElement(src + i, &lo);
+    conjElement(src + j, &hi);
+    copyElement(&lo, dst + j);
+    copyElement(&hi, dst + i);
+  }
 }
 
 template <class C>
