@@ -26,7 +26,8 @@ TYPED_TEST(FirFilter, BlocksMatchDirectConvolution) {
   for (int l : {31, 32, 33, 40, 63, 64, 100, 130, 257}) counts.push_back(l);
   for (int len : counts) {
     const std::vector<H> taps = randomVec<H>(gen, len);
-    std::vector<int> sizes = {1, len - 2, len - 1, len, len + 1, len + 2, len + 3, len + 4, len + 5, 2 * len + 7, 127, 129};
+    std::vector<int> sizes = {1, len - 2, len - 1, len, len + 1, len + 2, len + 3, len + 4, len + 5, 2 * len + 7,
+                              127, 129};
     if (TypeParam::high) sizes.insert(sizes.end(), {128, 300});
     std::sort(sizes.begin(), sizes.end());
     sizes.erase(std::unique(sizes.begin(), sizes.end()), sizes.end());

@@ -26,7 +26,8 @@ void checkKernel(Kernel kernel, int width) {
         ASSERT_EQ(done, count / width * width) << "taps " << n << " count " << count;
         for (int j = 0; j < done; ++j) {
           const float* x = x0 + j;
-          const float want = pendingSum<float>(n, [&](int i) { return x[i * xs] * taps[static_cast<size_t>(n - 1 - i)]; });
+          auto prod = [&](int i) { return x[i * xs] * taps[static_cast<size_t>(n - 1 - i)]; };
+          const float want = pendingSum<float>(n, prod);
           ASSERT_TRUE(sameBits(out[static_cast<size_t>(j)], want)) << "taps " << n << " xs " << xs << " output " << j;
         }
         for (int j = done; j <= count; ++j) ASSERT_EQ(out[static_cast<size_t>(j)], -7.0f) << "wrote past its passes";

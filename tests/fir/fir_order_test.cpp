@@ -151,10 +151,9 @@ TYPED_TEST(FloatOrder, BlocksAndSingleSamples) {
           lanesDiffer += !sameBits(want, sequential(line.data(), taps.data(), len));
         } else {
           const int j = o - (len - 1);
-          const O want = j < extra / width * width
-                             ? pendingSum<O>(len, [&](int i) { return fmul(xs(newest - (len - 1) + i), hs(len - 1 - i)); })
-                             : extended(newest);
-          ASSERT_TRUE(sameBits(gotLow[static_cast<size_t>(o)], want)) << "taps " << len << " extra " << extra << " j " << j;
+          auto prod = [&](int i) { return fmul(xs(newest - (len - 1) + i), hs(len - 1 - i)); };
+          const O want = j < extra / width * width ? pendingSum<O>(len, prod) : extended(newest);
+          ASSERT_TRUE(sameBits(gotLow[static_cast<size_t>(o)], want)) << "line " << len << "/" << extra << " o " << o;
           const std::vector<S> line = lineAt(x, newest, len);
           differs += !sameBits(want, sequential(line.data(), taps.data(), len));
         }
@@ -163,7 +162,7 @@ TYPED_TEST(FloatOrder, BlocksAndSingleSamples) {
         const O want = o - first < count / width * width
                            ? pendingSum<O>(len, [&](int i) { return fmul(xs(newest - i), hs(i)); })
                            : extended(newest);
-        ASSERT_TRUE(sameBits(gotHigh[static_cast<size_t>(o)], want)) << "taps " << len << " extra " << extra << " o " << o;
+        ASSERT_TRUE(sameBits(gotHigh[static_cast<size_t>(o)], want)) << "record " << len << "/" << extra << " o " << o;
       }
 
       const S next = randomVec<S>(gen, 1)[0];
@@ -244,7 +243,8 @@ TYPED_TEST(DoubleOrder, LowLevelTwoParallelForm) {
         return fromRC<O>(acc);
       };
       const int pairsFrom = len + extra % 2;
-      for (int o = 0; o < pairsFrom; ++o) ASSERT_TRUE(sameBits(got[static_cast<size_t>(o)], plain(o))) << len << " plain " << o;
+      for (int o = 0; o < pairsFrom; ++o)
+        ASSERT_TRUE(sameBits(got[static_cast<size_t>(o)], plain(o))) << len << " plain " << o;
       for (int o = pairsFrom; o < n; o += 2) {
         RC y0{0, 0}, y1{0, 0};
         int k = 0;
