@@ -281,7 +281,7 @@ inline int ceilDiv(int a, int b) { return (a + b - 1) / b; }
 // ---- The two forms behind one face ---------------------------------------------------
 //
 // Low<C> keeps a tap state, a delay state and the arrays they point at; High<C>
-// keeps one record. Both take taps and history (oldest first; null when
+// keeps one record (both are Form<C, high>). Both take taps and history (oldest first; null when
 // empty), filter blocks and single samples and hand back history and taps,
 // so a rule both forms must keep is written once.
 struct Rates {
@@ -294,87 +294,73 @@ const T* orNull(const std::vector<T>& v) {
   return v.empty() ? nullptr : v.data();
 }
 
-template <class C>
-struct Low {
+template <class C, bool isHigh>
+struct Form {
   using Combo = C;
   using S = typename C::S;
   using H = typename C::H;
   using O = typename C::O;
   using Tap = Side<H>;
   using Hist = Side<S>;
-  static constexpr bool high = false;
+  static constexpr bool high = isHigh;
 
-  void init(const std::vector<H>& t, const std::vector<S>& hist, Rates r = {}) {
-    taps = t;
-    const int len = static_cast<int>(taps.size());
-    if (r.multi()) {
-      Tap::firlInitMr(taps.data(), len, r.up, r.upPhase, r.down, r.downPhase, &ts);
-    } else {
-      Tap::firlInit(taps.data(), len, &ts);
-    }
-    line.assign(static_cast<size_t>(ceilDiv(len, r.up)), S{});
-    Hist::firlInitDlyl(&ts, line.data(), &ds);
-    ASSERT_EQ(ds.dlylLen, static_cast<int>(line.size()));
-    Hist::firlSetDlyl(&ts, orNull(hist), &ds);
-  }
-  void block(const S* src, O* dst, int n) { C::bFirl(&ts, &ds, src, dst, n); }
-  O one(S x) { return C::firl(&ts, &ds, x); }
-  void setTaps(const H* t) { Tap::firlSetTaps(t, &ts); }
-  void getTaps(H* t) { Tap::firlGetTaps(&ts, t); }
-  void setHistory(const S* h) { Hist::firlSetDlyl(&ts, h, &ds); }
-  // A multirate line shows all its places, a single-rate one all but one.
-  std::vector<S> history() {
-    std::vector<S> h(line.size() - (ts.isMultiRate ? 0 : 1));
-    if (!h.empty()) Hist::firlGetDlyl(&ts, &ds, h.data());
-    EXPECT_EQ(ds.isDlyFilterMode, 1);  // a copy out keeps the working order
-    return h;
-  }
-
-  std::vector<H> taps;
-  std::vector<S> line;
-  RyxFirTapState ts{};
-  RyxFirDlyState ds{};
-};
-
-template <class C>
-struct High {
-  using Combo = C;
-  using S = typename C::S;
-  using H = typename C::H;
-  using O = typename C::O;
-  using Tap = Side<H>;
-  using Hist = Side<S>;
-  static constexpr bool high = true;
-
-  High() = default;
-  High(const High&) = delete;
-  ~High() {
+  Form() = default;
+  Form(const Form&) = delete;
+  ~Form() {
     if (st.initMark == &st) ryxFirFree(&st);
   }
   // A live record is initialised again over itself.
   void init(const std::vector<H>& t, const std::vector<S>& hist, Rates r = {}) {
-    const int len = static_cast<int>(t.size());
-    if (r.multi()) {
-      C::firInitMr(t.data(), len, orNull(hist), r.up, r.upPhase, r.down, r.downPhase, &st);
+    taps = t;
+    const int len = static_cast<int>(taps.size());
+    if constexpr (isHigh) {
+      if (r.multi()) {
+        C::firInitMr(taps.data(), len, orNull(hist), r.up, r.upPhase, r.down, r.downPhase, &st);
+      } else {
+        C::firInit(taps.data(), len, orNull(hist), &st);
+      }
+      ASSERT_EQ(st.initMark, &st);
+      ASSERT_EQ(st.dlylLen, r.multi() ? ceilDiv(len, r.up) : len - 1);
     } else {
-      C::firInit(t.data(), len, orNull(hist), &st);
+      if (r.multi()) {
+        Tap::firlInitMr(taps.data(), len, r.up, r.upPhase, r.down, r.downPhase, &ts);
+      } else {
+        Tap::firlInit(taps.data(), len, &ts);
+      }
+      line.assign(static_cast<size_t>(ceilDiv(len, r.up)), S{});
+      Hist::firlInitDlyl(&ts, line.data(), &ds);
+      ASSERT_EQ(ds.dlylLen, static_cast<int>(line.size()));
+      Hist::firlSetDlyl(&ts, orNull(hist), &ds);
     }
-    ASSERT_EQ(st.initMark, &st);
-    ASSERT_EQ(st.dlylLen, r.multi() ? ceilDiv(len, r.up) : len - 1);
   }
-  void block(const S* src, O* dst, int n) { C::bFir(&st, src, dst, n); }
-  O one(S x) { return C::fir(&st, x); }
-  void setTaps(const H* t) { Tap::firSetTaps(t, &st); }
-  void getTaps(H* t) { Tap::firGetTaps(&st, t); }
-  void setHistory(const S* h) { Hist::firSetDlyl(h, &st); }
+  void block(const S* src, O* dst, int n) { isHigh ? C::bFir(&st, src, dst, n) : C::bFirl(&ts, &ds, src, dst, n); }
+  O one(S x) { return isHigh ? C::fir(&st, x) : C::firl(&ts, &ds, x); }
+  void setTaps(const H* t) { isHigh ? Tap::firSetTaps(t, &st) : Tap::firlSetTaps(t, &ts); }
+  void getTaps(H* t) { isHigh ? Tap::firGetTaps(&st, t) : Tap::firlGetTaps(&ts, t); }
+  void setHistory(const S* h) { isHigh ? Hist::firSetDlyl(h, &st) : Hist::firlSetDlyl(&ts, h, &ds); }
+  // A multirate line shows all its places, a single-rate one all but one.
   std::vector<S> history() {
-    std::vector<S> h(static_cast<size_t>(st.dlylLen));
-    if (!h.empty()) Hist::firGetDlyl(&st, h.data());
+    std::vector<S> h(isHigh ? static_cast<size_t>(st.dlylLen) : line.size() - (ts.isMultiRate ? 0 : 1));
+    if (h.empty()) return h;
+    if constexpr (isHigh) {
+      Hist::firGetDlyl(&st, h.data());
+    } else {
+      Hist::firlGetDlyl(&ts, &ds, h.data());
+      EXPECT_EQ(ds.isDlyFilterMode, 1);  // a copy out keeps the working order
+    }
     return h;
   }
 
+  std::vector<H> taps;  // the low-level form's taps
+  std::vector<S> line;  // the low-level form's delay line
+  RyxFirTapState ts{};
+  RyxFirDlyState ds{};
   RyxFirState st{};
 };
+template <class C>
+using Low = Form<C, false>;
+template <class C>
+using High = Form<C, true>;
 
 using AllForms = ::testing::Types<Low<ComboS>, Low<ComboC>, Low<ComboSC>, Low<ComboCS>, Low<ComboD>, Low<ComboZ>,
                                   Low<ComboDZ>, Low<ComboZD>, High<ComboS>, High<ComboC>, High<ComboSC>,
