@@ -92,9 +92,11 @@ inline void block8(const A& a, const B& b, float* dst, int i) {
 }
 
 // Runs blocks from the top while at least `floor` elements remain (and at
-// least eight); returns the new count of remaining elements.
+// least eight); returns the new count of remaining elements. The operands
+// come by value: vector stores may alias anything, and a referenced operand
+// would have its pointer reloaded after every store.
 template <OpKind K, Form F, class A, class B>
-inline int blocksDownTo(const A& a, const B& b, float* dst, int i, int floor) {
+inline int blocksDownTo(const A a, const B b, float* dst, int i, int floor) {
   if (floor < 8) floor = 8;
   while (i >= floor) {
     i -= 8;
