@@ -22,7 +22,7 @@ class KernelIsa : public testing::TestWithParam<Isa> {};
 // written-out bit reversal, in place and copying.
 TEST_P(KernelIsa, OwnReversalMatchesTheBitByBitOne) {
   const KernelSet* wide = ryx::fft::kernelsFor(GetParam());
-  if (wide == nullptr) GTEST_SKIP() << "instruction set not available here";
+  if (wide == nullptr) GTEST_SKIP() << "no kernel set for this instruction set on this processor";
   if (wide->permute16 == nullptr) GTEST_SKIP() << "this set has no reversal of its own";
   Random rng(4);
   for (int order = 3; order <= 12; ++order) {
@@ -43,7 +43,7 @@ TEST_P(KernelIsa, OwnReversalMatchesTheBitByBitOne) {
 // through it match the baseline's through the public entry.
 TEST_P(KernelIsa, CapSelectsTheSet) {
   const KernelSet* wide = ryx::fft::kernelsFor(GetParam());
-  if (wide == nullptr) GTEST_SKIP() << "instruction set not available here";
+  if (wide == nullptr) GTEST_SKIP() << "no kernel set for this instruction set on this processor";
   ReportCapture capture;
   ryx::cpu::setCap(GetParam());
   // The widest set this build has at or below the cap.

@@ -175,7 +175,7 @@ void checkKernels(Isa isa) {
 class KernelModel : public testing::TestWithParam<Isa> {};
 
 TEST_P(KernelModel, EveryOrderBitForBit) {
-  if (ryx::fft::kernelsFor(GetParam()) == nullptr) GTEST_SKIP() << "instruction set not available here";
+  if (ryx::fft::kernelsFor(GetParam()) == nullptr) GTEST_SKIP() << "no kernel set for this instruction set on this processor";
   checkKernels<float>(GetParam());
   checkKernels<double>(GetParam());
 }
