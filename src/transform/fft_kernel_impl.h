@@ -140,7 +140,9 @@ const T* radix4Pass(T* re, T* im, std::size_t nBlocks, std::size_t bq, const T* 
 }
 
 // Reads complex value i of the bit-reversed input: interleaved pairs or
-// two split arrays.
+// two split arrays. The first stages take a source by value: vector stores
+// may alias any object, so a source held by reference would have its
+// pointers reloaded after every store.
 template <class T>
 struct PairSource {
   const T* p;
@@ -314,7 +316,7 @@ inline void cmulWideRows(__m256 xr, __m256 xi, __m256 wr, __m256 wi, __m256& out
 // are the radix-4 butterflies of values 0-3 and 4-7; B is multiplied lane
 // by lane with W_8^l; block 0 gets A + B*W, block 1 gets A - B*W.
 template <bool Fwd, int Step, class Src>
-void firstStageR8(const Src& src, float* re, float* im, std::size_t n) {
+void firstStageR8(const Src src, float* re, float* im, std::size_t n) {
   using V = Vec<float>;
   const V w8r = {1.0f, 0.70710678f, 0.0f, -0.70710678f};
   const V w8i = {0.0f, -0.70710678f, -1.0f, -0.70710678f};
@@ -380,7 +382,7 @@ void firstStageR8(const Src& src, float* re, float* im, std::size_t n) {
 // radix-4 butterflies give four vectors, joined by one twiddled radix-4
 // butterfly on the table's M = 16 stage (its only group, `tw`).
 template <bool Fwd, int Step, class Src>
-void firstStageR16(const Src& src, float* re, float* im, std::size_t n, const float* tw) {
+void firstStageR16(const Src src, float* re, float* im, std::size_t n, const float* tw) {
   using V = Vec<float>;
   const V w1r = load(tw), w1i = load(tw + 4);
   const V w2r = load(tw + 8), w2i = load(tw + 12);
@@ -441,7 +443,7 @@ void firstStageR16(const Src& src, float* re, float* im, std::size_t n, const fl
 // Double first stage: radix 4 on each run of 4 values, written as two
 // blocks of two lanes.
 template <bool Fwd, int Step, class Src>
-void firstStageR4(const Src& src, double* re, double* im, std::size_t n) {
+void firstStageR4(const Src src, double* re, double* im, std::size_t n) {
   if constexpr (std::is_same_v<Src, PairSource<double>>) {
     // One complex value per register, (re, im): the butterfly's sums act on
     // both components at once; t -/+ i*v takes v with its halves swapped and
