@@ -34,6 +34,10 @@
  * the interval mid-points of the 16-bit code points (A-law top 32256,
  * mu-law top 32124), shifted left by 16 for 32-bit and scaled by 1/32768
  * for float and double. Over-range samples take the law's limit code.
+ * Float and double samples at or above 0.96875 in magnitude take the limit
+ * code at once; others are scaled by 32768, rounded by the caller's mode
+ * (nearest by default) and encoded as 16-bit samples. The companding
+ * routines stop at the first failed check ("len<=0", "src==0", "dst==0").
  * src and dst must not overlap.
  */
 #ifndef RYXCORE_CONVERT_H
@@ -81,6 +85,30 @@ RYXAPI void ryxdbS7FixToFloat(const signed char* src, double* dst, int len);
 RYXAPI void ryxdbS15FixToFloat(const short* src, double* dst, int len);
 RYXAPI void ryxdbS31FixToFloat(const int* src, double* dst, int len);
 RYXAPI void ryxdbS1516FixToFloat(const int* src, double* dst, int len);
+
+/* ---- A-law and mu-law companding -------------------------------------- */
+
+RYXAPI void ryxwbLinToALaw(const short* src, unsigned char* dst, int len);
+RYXAPI void ryxibLinToALaw(const int* src, unsigned char* dst, int len);
+RYXAPI void ryxsbLinToALaw(const float* src, unsigned char* dst, int len);
+RYXAPI void ryxdbLinToALaw(const double* src, unsigned char* dst, int len);
+RYXAPI void ryxwbLinToMuLaw(const short* src, unsigned char* dst, int len);
+RYXAPI void ryxibLinToMuLaw(const int* src, unsigned char* dst, int len);
+RYXAPI void ryxsbLinToMuLaw(const float* src, unsigned char* dst, int len);
+RYXAPI void ryxdbLinToMuLaw(const double* src, unsigned char* dst, int len);
+
+RYXAPI void ryxwbALawToLin(const unsigned char* src, short* dst, int len);
+RYXAPI void ryxibALawToLin(const unsigned char* src, int* dst, int len);
+RYXAPI void ryxsbALawToLin(const unsigned char* src, float* dst, int len);
+RYXAPI void ryxdbALawToLin(const unsigned char* src, double* dst, int len);
+RYXAPI void ryxwbMuLawToLin(const unsigned char* src, short* dst, int len);
+RYXAPI void ryxibMuLawToLin(const unsigned char* src, int* dst, int len);
+RYXAPI void ryxsbMuLawToLin(const unsigned char* src, float* dst, int len);
+RYXAPI void ryxdbMuLawToLin(const unsigned char* src, double* dst, int len);
+
+/* G.711 transcoding tables, code by code. */
+RYXAPI void ryxALawToMuLaw(const unsigned char* src, unsigned char* dst, int len);
+RYXAPI void ryxMuLawToALaw(const unsigned char* src, unsigned char* dst, int len);
 
 #ifdef __cplusplus
 }
