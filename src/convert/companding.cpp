@@ -8,14 +8,14 @@
 //  - A-law: segment k is the first with v <= end[k]; the code is
 //    ((v >> shift[k]) & 15 | k << 4 | sign) ^ 0x55, sign 0x80 for x >= 0.
 //    The 16-bit encoder looks up |x| >> 4 in one 2048-byte table per sign,
-//    -32768 taken first (0x2a).
+//    -32768 having an entry of its own (0x2a).
 //  - mu-law: segment s is the first with m <= top[s] (the G.711 bias applied);
 //    the low four bits are (top[s] - m) >> (3 + s) and the code is that ored
 //    with (7 - s) << 4 and with 0x80 for x >= 0; above the last top the code
 //    is the limit (0x80 or 0). The 16-bit encoder reads the magnitude up to
-//    124 from a direct table and up to 31612 from a table indexed by
-//    (m + 3) >> 4 (every group of 16 magnitudes there shares one code); above
-//    that the code is the limit.
+//    124 from a direct table and above from a table indexed by (m + 3) >> 4
+//    (every group of 16 magnitudes there shares one code, the limit code
+//    from 31613 on).
 //  - Decoding gives the code's interval mid-point on the 16-bit scale: lower
 //    end plus half a step for A-law (top 32256), upper end minus half a step
 //    for mu-law (top 32124). 32-bit samples shift it left by 16; float and
@@ -24,6 +24,8 @@
 // 0.96875 (tested on the bit pattern, so a NaN takes the limit of its sign),
 // else multiply by 32768.0 in double, round by the processor's mode
 // (nearest unless the caller changed it) and take the 16-bit path.
+#include <emmintrin.h>
+
 #include <array>
 #include <bit>
 #include <cmath>
@@ -58,14 +60,17 @@ constexpr int aLawValue(Code c) {
   return (a & 0x80) ? v : -v;
 }
 
-template <int Sign>
-constexpr std::array<Code, 2048> aLawEncodeTable() {
-  std::array<Code, 2048> t{};
-  for (int i = 0; i < 2048; ++i) t[i] = aLawCode(i << 4, Sign);
+// The 2048-entry tables of negative and of non-negative samples by |x| >> 4,
+// one after the other so that the sign picks the table without a branch.
+// The negative table has one entry more, for -32768 (|x| >> 4 = 2048).
+constexpr int kAPosBase = 2049;
+constexpr std::array<Code, kAPosBase + 2048> aLawEncodeTable() {
+  std::array<Code, kAPosBase + 2048> t{};
+  for (int i = 0; i < 2048; ++i) t[i] = aLawCode(i << 4, 0), t[kAPosBase + i] = aLawCode(i << 4, 0x80);
+  t[2048] = 0x2A;
   return t;
 }
-constexpr std::array<Code, 2048> kAPos = aLawEncodeTable<0x80>();
-constexpr std::array<Code, 2048> kANeg = aLawEncodeTable<0>();
+constexpr std::array<Code, kAPosBase + 2048> kAEncode = aLawEncodeTable();
 
 // ---- mu-law ---------------------------------------------------------------
 
@@ -85,16 +90,18 @@ constexpr int muLawValue(Code c) {
   return (c & 0x80) ? v : -v;
 }
 
-constexpr int kMuDirect = 124;     // magnitudes read directly
-constexpr int kMuGrouped = 31612;  // magnitudes read by (m + 3) >> 4
+// The grouped table runs on to |x| = 32768 with the limit code (0 before
+// the sign), so that the sample needs no range test of its own; its groups
+// of 16 end at 31612, the last magnitude below the limit.
+constexpr int kMuDirect = 124;  // magnitudes read directly
 struct MuTables {
   std::array<Code, kMuDirect + 1> direct{};
-  std::array<Code, ((kMuGrouped + 3) >> 4) + 1> grouped{};
+  std::array<Code, ((32768 + 3) >> 4) + 1> grouped{};
 };
 constexpr MuTables muLawEncodeTables() {
   MuTables t;
   for (int m = 0; m <= kMuDirect; ++m) t.direct[m] = muLawCode(m, 0);
-  for (int m = kMuDirect + 1; m <= kMuGrouped; ++m) t.grouped[(m + 3) >> 4] = muLawCode(m, 0);
+  for (int m = kMuDirect + 1; m <= 32768; ++m) t.grouped[(m + 3) >> 4] = muLawCode(m, 0);
   return t;
 }
 constexpr MuTables kMu = muLawEncodeTables();
@@ -145,8 +152,8 @@ constexpr std::array<Code, 256> kMuToA = muToATable();
 
 struct ALaw {
   static Code word(int x) {
-    if (x >= 0) return kAPos[x >> 4];
-    return x == -32768 ? Code{0x2A} : kANeg[(-x) >> 4];
+    const int neg = x >> 31;  // all ones for a negative sample
+    return kAEncode[(((x ^ neg) - neg) >> 4) + (~neg & kAPosBase)];
   }
   static Code dword(std::int32_t x) {
     if (x == INT32_MIN) return 0x2A;
@@ -159,10 +166,9 @@ struct ALaw {
 
 struct MuLaw {
   static Code word(int x) {
-    const int sign = x >= 0 ? 0x80 : 0, m = x >= 0 ? x : -x;
-    if (m <= kMuDirect) return static_cast<Code>(kMu.direct[m] | sign);
-    if (m <= kMuGrouped) return static_cast<Code>(kMu.grouped[(m + 3) >> 4] | sign);
-    return static_cast<Code>(sign);
+    const int neg = x >> 31, m = (x ^ neg) - neg;
+    const Code code = m <= kMuDirect ? kMu.direct[m] : kMu.grouped[(m + 3) >> 4];
+    return static_cast<Code>(code | (~neg & 0x80));
   }
   static Code dword(std::int32_t x) {
     const int top = x >> 16;  // arithmetic shift
@@ -185,8 +191,13 @@ Code encodeOne(S x) {
   if constexpr (sizeof(S) == 2) return Law::word(x);
   else if constexpr (std::is_integral_v<S>) return Law::dword(x);
   else {
-    if (atLimit(x)) return signSet(x) ? Law::kLimitNeg : Law::kLimitPos;
-    return Law::word(static_cast<int>(std::lrint(static_cast<double>(x) * 32768.0)));
+    // Both results are formed and one is picked, so that the rare limit
+    // costs no mispredicted branch; a sample at the limit is encoded as 0.
+    const bool limit = atLimit(x);
+    const double y = limit ? 0.0 : static_cast<double>(x);
+    const Code c = Law::word(_mm_cvtsd_si32(_mm_set_sd(y * 32768.0)));  // the processor's rounding
+    const Code edge = signSet(x) ? Law::kLimitNeg : Law::kLimitPos;
+    return limit ? edge : c;
   }
 }
 

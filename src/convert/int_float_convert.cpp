@@ -32,7 +32,12 @@ F exact(I x) {
 template <class F, class I>
 void widen(const void* src, F* dst, int len, F scale) {
   const I* s = static_cast<const I*>(src);
-  for (int i = 0; i < len; ++i) dst[i] = exact<F>(s[i]) * scale;
+  // A product with 1 is the value itself: no multiply for fractBits 0.
+  if (scale == F(1)) {
+    for (int i = 0; i < len; ++i) dst[i] = exact<F>(s[i]);
+  } else {
+    for (int i = 0; i < len; ++i) dst[i] = exact<F>(s[i]) * scale;
+  }
 }
 
 template <class F>
