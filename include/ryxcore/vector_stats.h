@@ -31,6 +31,26 @@ enum RyxNormFlag {
   RYX_L2SQUARED = 16  /* sum of squares, no root */
 };
 
+/* ---- Sums, means, standard deviations ---------------------------------- */
+
+RYXAPI float ryxsSum(const float* src, int n);
+RYXAPI double ryxdSum(const double* src, int n);
+RYXAPI RyxStatus ryxcSum(const SCplx* src, int n, SCplx* sum);
+RYXAPI RyxStatus ryxzSum(const DCplx* src, int n, DCplx* sum);
+RYXAPI int ryxwSum(const short* src, int n, int scaleMode, int* scaleFactor);
+RYXAPI RyxStatus ryxvSum(const WCplx* src, int n, ICplx* sum, int scaleMode, int* scaleFactor);
+
+RYXAPI float ryxsMean(const float* vec, int len);
+RYXAPI double ryxdMean(const double* vec, int len);
+RYXAPI RyxStatus ryxcMean(const SCplx* vec, int len, SCplx* mean);
+RYXAPI RyxStatus ryxzMean(const DCplx* vec, int len, DCplx* mean);
+RYXAPI int ryxwMean(const short* vec, int len);
+RYXAPI RyxStatus ryxvMean(const WCplx* vec, int len, WCplx* mean);
+
+RYXAPI float ryxsStdDev(const float* vec, int len);
+RYXAPI double ryxdStdDev(const double* vec, int len);
+RYXAPI int ryxwStdDev(const short* vec, int len, int scaleMode, int* scaleFactor);
+
 /* ---- Dot products (no conjugation) -------------------------------------- */
 
 RYXAPI float ryxsDotProd(const float* srcA, const float* srcB, int n);
