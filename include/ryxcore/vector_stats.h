@@ -51,6 +51,45 @@ RYXAPI float ryxsStdDev(const float* vec, int len);
 RYXAPI double ryxdStdDev(const double* vec, int len);
 RYXAPI int ryxwStdDev(const short* vec, int len, int scaleMode, int* scaleFactor);
 
+/* ---- Extremes ---------------------------------------------------------- */
+
+RYXAPI float ryxsMax(const float* vec, int len);
+RYXAPI float ryxsMin(const float* vec, int len);
+RYXAPI double ryxdMax(const double* vec, int len);
+RYXAPI double ryxdMin(const double* vec, int len);
+RYXAPI short ryxwMax(const short* vec, int len);
+RYXAPI short ryxwMin(const short* vec, int len);
+/* The Ext forms write the lowest index of the extreme; a null index is
+ * allowed and writes nothing. */
+RYXAPI float ryxsMaxExt(const float* vec, int len, int* index);
+RYXAPI float ryxsMinExt(const float* vec, int len, int* index);
+RYXAPI double ryxdMaxExt(const double* vec, int len, int* index);
+RYXAPI double ryxdMinExt(const double* vec, int len, int* index);
+RYXAPI short ryxwMaxExt(const short* vec, int len, int* index);
+RYXAPI short ryxwMinExt(const short* vec, int len, int* index);
+
+/* ---- Norms ------------------------------------------------------------- */
+
+/* The norm of srcA - srcB, or of srcA when srcB is null. */
+RYXAPI float ryxsNorm(const float* srcA, const float* srcB, int n, int flag);
+RYXAPI double ryxdNorm(const double* srcA, const double* srcB, int n, int flag);
+RYXAPI float ryxcNorm(const SCplx* srcA, const SCplx* srcB, int n, int flag);
+RYXAPI double ryxzNorm(const DCplx* srcA, const DCplx* srcB, int n, int flag);
+RYXAPI float ryxwNorm(const short* srcA, const short* srcB, int n, int flag);
+RYXAPI float ryxvNorm(const WCplx* srcA, const WCplx* srcB, int n, int flag);
+RYXAPI int ryxwNormExt(const short* srcA, const short* srcB, int n, int flag, int scaleMode, int* scaleFactor);
+RYXAPI int ryxvNormExt(const WCplx* srcA, const WCplx* srcB, int n, int flag, int scaleMode, int* scaleFactor);
+
+/* ---- Normalisation: dst[i] = (src[i] - offset) * (1 / factor) ----------- */
+
+RYXAPI void ryxsbNormalize(const float* src, float* dst, int n, float offset, float factor);
+RYXAPI void ryxdbNormalize(const double* src, double* dst, int n, double offset, double factor);
+RYXAPI void ryxcbNormalize(const SCplx* src, SCplx* dst, int n, SCplx offset, float factor);
+RYXAPI void ryxzbNormalize(const DCplx* src, DCplx* dst, int n, DCplx offset, double factor);
+/* 16-bit forms round to nearest even in float and keep the low 16 bits. */
+RYXAPI void ryxwbNormalize(const short* src, short* dst, int n, short offset, float factor);
+RYXAPI void ryxvbNormalize(const WCplx* src, WCplx* dst, int n, WCplx offset, float factor);
+
 /* ---- Dot products (no conjugation) -------------------------------------- */
 
 RYXAPI float ryxsDotProd(const float* srcA, const float* srcB, int n);

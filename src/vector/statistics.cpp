@@ -14,6 +14,7 @@
 
 #include "frame/checks.h"
 #include "vector/float_sums.h"
+#include "vector/sum_scale_checks.h"
 
 namespace ryx::stats {
 namespace {
@@ -115,14 +116,6 @@ int sumTo32(std::int64_t s, int scaleMode, int* scaleFactor) {
   return static_cast<int>(s >> (f > 63 ? 63 : f));
 }
 
-bool passScale(const char* name, int scaleMode, const int* scaleFactor) {
-  const bool fixed = scaleMode & RYX_FIXED_SCALE, automatic = scaleMode & RYX_AUTO_SCALE;
-  return passFirst({name, kStemNorm},
-                   {{fixed && automatic, "scaleMode & RYX_FIXED_SCALE && scaleMode & RYX_AUTO_SCALE"},
-                    {fixed && scaleFactor == nullptr, "scaleMode & RYX_FIXED_SCALE && (scaleFactor==NULL)"},
-                    {automatic && scaleFactor == nullptr, "scaleMode & RYX_AUTO_SCALE && scaleFactor==NULL"}});
-}
-
 // ---- Sum --------------------------------------------------------------------
 
 bool passSum(const char* name, const void* src, int n) {
@@ -157,14 +150,14 @@ RyxStatus zSum(const char* name, const DCplx* src, int n, DCplx* sum) {
 }
 
 int wSum(const char* name, const short* src, int n, int scaleMode, int* scaleFactor) {
-  if (!passScale(name, scaleMode, scaleFactor) || !passSum(name, src, n)) return 0;
+  if (!passScale(name, kStemNorm, scaleMode, scaleFactor) || !passSum(name, src, n)) return 0;
   return sumTo32(exactSum(src, n), scaleMode, scaleFactor);
 }
 
 // Both parts share one factor: under auto scaling the larger of the two
 // parts' own counts.
 RyxStatus vSum(const char* name, const WCplx* src, int n, ICplx* sum, int scaleMode, int* scaleFactor) {
-  if (!passScale(name, scaleMode, scaleFactor) || !passSum(name, src, n, sum)) return ryxGetErrStatus();
+  if (!passScale(name, kStemNorm, scaleMode, scaleFactor) || !passSum(name, src, n, sum)) return ryxGetErrStatus();
   const Exact64 s = exactSum(src, n);
   if (scaleMode & RYX_AUTO_SCALE) {
     const int a = autoShift(s.re), b = autoShift(s.im);

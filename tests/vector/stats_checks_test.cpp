@@ -117,6 +117,87 @@ std::vector<Row> sumRows() {
   return r;
 }
 
+std::vector<Row> extremeRows() {
+  std::vector<Row> r;
+  valueRows(r, "ryxsMax", "ryxvec", ryxsMax, false);
+  valueRows(r, "ryxsMin", "ryxvec", ryxsMin, false);
+  valueRows(r, "ryxdMax", "ryxvec", ryxdMax, false);
+  valueRows(r, "ryxdMin", "ryxvec", ryxdMin, false);
+  valueRows(r, "ryxwMax", "ryxvec", ryxwMax, false);
+  valueRows(r, "ryxwMin", "ryxvec", ryxwMin, false);
+  // The Ext forms: result 0, index untouched.
+  auto ext = [&r](const char* name, auto f) {
+    auto call = [f](bool withVec, int len) {
+      static decltype(f(nullptr, 0, nullptr)) data[4] = {};
+      int at = 77;
+      return f(withVec ? data : nullptr, len, &at) == 0 && at == 77;
+    };
+    r.push_back({name, "ryxvece", "len<=0", [call] { return call(true, 0); }});
+    r.push_back({name, "ryxvece", "len<=0", [call] { return call(false, -3); }});
+    r.push_back({name, "ryxvece", "vec==0", [call] { return call(false, 3); }});
+  };
+  ext("ryxsMaxExt", ryxsMaxExt);
+  ext("ryxsMinExt", ryxsMinExt);
+  ext("ryxdMaxExt", ryxdMaxExt);
+  ext("ryxdMinExt", ryxdMinExt);
+  ext("ryxwMaxExt", ryxwMaxExt);
+  ext("ryxwMinExt", ryxwMinExt);
+  return r;
+}
+
+// Norms: "n<=0", "srcA==0", "flag is wrong", each with result 0.
+template <class R, class T>
+void normRows(std::vector<Row>& rows, const char* name, R (*f)(const T*, const T*, int, int)) {
+  static T a[4] = {}, b[4] = {};
+  rows.push_back({name, "ryxnorm", "n<=0", [f] { return isZero(f(nullptr, nullptr, 0, 99)); }});
+  rows.push_back({name, "ryxnorm", "srcA==0", [f] { return isZero(f(nullptr, b, 2, 99)); }});
+  for (int flag : {0, 3, 32, 5, 8, 17, 33, -1, 1 | 64})
+    rows.push_back({name, "ryxnorm", "flag is wrong", [f, flag] { return isZero(f(a, b, 2, flag)); }});
+}
+
+// Normalisation: "n<=0", "src==0", "dst==0", "factor == 0"; nothing written.
+template <class T, class O, class F>
+void normalizeRows(std::vector<Row>& rows, const char* name, void (*f)(const T*, T*, int, O, F)) {
+  auto call = [f](bool src, bool dst, int n, F factor) {
+    static T in[4] = {};
+    Scratch s;
+    f(src ? in : nullptr, dst ? s.as<T>() : nullptr, n, O{}, factor);
+    return s.untouched();
+  };
+  rows.push_back({name, "ryxnorm", "n<=0", [call] { return call(false, false, 0, F{0}); }});
+  rows.push_back({name, "ryxnorm", "src==0", [call] { return call(false, true, 2, F{0}); }});
+  rows.push_back({name, "ryxnorm", "dst==0", [call] { return call(true, false, 2, F{0}); }});
+  rows.push_back({name, "ryxnorm", "factor == 0", [call] { return call(true, true, 2, F{0}); }});
+  rows.push_back({name, "ryxnorm", "factor == 0", [call] { return call(true, true, 2, -F{0}); }});
+}
+
+std::vector<Row> normRows() {
+  std::vector<Row> r;
+  normRows(r, "ryxsNorm", ryxsNorm);
+  normRows(r, "ryxdNorm", ryxdNorm);
+  normRows(r, "ryxcNorm", ryxcNorm);
+  normRows(r, "ryxzNorm", ryxzNorm);
+  normRows(r, "ryxwNorm", ryxwNorm);
+  normRows(r, "ryxvNorm", ryxvNorm);
+  static short w[2] = {};
+  static WCplx v[2] = {};
+  scaleRows(r, "ryxwNormExt", "ryxnorm", [](int n, int mode, bool withFactor) {
+    int f = 77;
+    return ryxwNormExt(w, nullptr, n, 99, mode, withFactor ? &f : nullptr) == 0 && f == 77;
+  });
+  scaleRows(r, "ryxvNormExt", "ryxnorm", [](int n, int mode, bool withFactor) {
+    int f = 77;
+    return ryxvNormExt(v, nullptr, n, 99, mode, withFactor ? &f : nullptr) == 0 && f == 77;
+  });
+  normalizeRows(r, "ryxsbNormalize", ryxsbNormalize);
+  normalizeRows(r, "ryxdbNormalize", ryxdbNormalize);
+  normalizeRows(r, "ryxcbNormalize", ryxcbNormalize);
+  normalizeRows(r, "ryxzbNormalize", ryxzbNormalize);
+  normalizeRows(r, "ryxwbNormalize", ryxwbNormalize);
+  normalizeRows(r, "ryxvbNormalize", ryxvbNormalize);
+  return r;
+}
+
 void runRows(const std::vector<Row>& rows) {
   ReportCapture capture;
   for (const Row& row : rows) {
@@ -133,5 +214,7 @@ void runRows(const std::vector<Row>& rows) {
 }
 
 TEST(StatsChecks, SumsMeansDeviations) { runRows(sumRows()); }
+TEST(StatsChecks, Extremes) { runRows(extremeRows()); }
+TEST(StatsChecks, NormsAndNormalisation) { runRows(normRows()); }
 
 }  // namespace
