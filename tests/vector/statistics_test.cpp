@@ -118,7 +118,7 @@ std::int32_t modelSum(std::int64_t s, int mode, int* factor) {
     if (f >= 0) return clamp32(floorDiv(s, f));
     if (s == 0) return 0;
     if (f < -40) return s > 0 ? INT_MAX : INT_MIN;
-    const __int128 v = static_cast<__int128>(s) << -f;
+    const LD v = std::ldexp(static_cast<LD>(s), -f);  // exact: s has at most 48 bits
     return v > INT_MAX ? INT_MAX : v < INT_MIN ? INT_MIN : static_cast<std::int32_t>(v);
   }
   if (f < -31) return 0;
@@ -239,11 +239,12 @@ TEST(StatsDev, FloatAndDoubleAgainstTwoPassLongDouble) {
   EXPECT_LE(ryxdStdDev(e.data(), 1001), std::sqrt(1005 * kD * 2 * 1001 * 0.01L / 1000));
 }
 
-// The exact deviation of integer data, by its rational variance.
+// The exact deviation of integer data, by its rational variance (n up to
+// a few thousand keeps n * q and s * s within 64 bits).
 LD exactDev(const std::vector<short>& w) {
-  __int128 s = 0, q = 0;
-  for (short x : w) s += x, q += static_cast<__int128>(x) * x;
-  const __int128 n = static_cast<__int128>(w.size());
+  std::int64_t s = 0, q = 0;
+  for (short x : w) s += x, q += std::int64_t{x} * x;
+  const std::int64_t n = static_cast<std::int64_t>(w.size());
   return std::sqrt(static_cast<LD>(n * q - s * s) / static_cast<LD>(n * (n - 1)));
 }
 
