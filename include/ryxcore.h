@@ -108,5 +108,6 @@ enum RyxTransformFlag {
 #include "ryxcore/transform.h"
 #include "ryxcore/fir.h"
 #include "ryxcore/convert.h"
+#include "ryxcore/vector_stats.h"
 
 #endif /* RYXCORE_H */
