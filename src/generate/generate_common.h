@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "ryxcore.h"
+#include "ryxcore/generate.h"
 
 namespace ryx::gen {
 
