@@ -111,6 +111,102 @@ RYXAPI void ryxzbTone(RyxToneDCplxState* statePtr, DCplx* dst, int n);
 RYXAPI void ryxwbTone(RyxToneI16State* statePtr, short* dst, int n);
 RYXAPI void ryxvbTone(RyxToneI16State* statePtr, WCplx* dst, int n);
 
+/* ---- Random number records ----------------------------------------------
+ * Integer words are 32-bit and wrap; x1 is the newest of the three values
+ * of the subtract-with-borrow sequence, lcg the congruential word, seedLcg
+ * the word of the seeding sequence. The complex forms use the records of
+ * their real counterparts; none of these records carries a mark. */
+
+typedef struct RyxRandUniF32State {
+  float offset, scale;
+  unsigned int lcg, borrow, x1, x2, x3, seedLcg;
+} RyxRandUniF32State;
+
+typedef struct RyxRandUniF64State {
+  double offset, scale;
+  unsigned int lcg, borrow, x1, x2, x3, seedLcg;
+} RyxRandUniF64State;
+
+typedef struct RyxRandGausF32State {
+  float mean, stDev, extra;
+  int hasExtra;
+  unsigned int lcg, borrow, x1, x2, x3, seedLcg;
+} RyxRandGausF32State;
+
+typedef struct RyxRandGausF64State {
+  double mean, stDev, extra;
+  int hasExtra;
+  unsigned int lcg, borrow, x1, x2, x3, seedLcg;
+} RyxRandGausF64State;
+
+typedef struct RyxRandGausI16State {
+  int hasExtra;
+  unsigned int lcg, borrow, x1, x2, x3;
+  short mean, stDev, extra;
+  unsigned int seedLcg;
+} RyxRandGausI16State;
+
+typedef struct RyxRandUniI16State {
+  int mid;             /* centre less one */
+  unsigned int shift;  /* 32 - log2 of the span; above 31 acts as 31 */
+  unsigned int lcg0, lcg1, x1, x2, x3, borrow, seedLcg;
+  int pos;             /* next unread place in buf; 32 means empty */
+  short buf[32];       /* 32 real or 16 complex (re, im) samples */
+} RyxRandUniI16State;
+
+/* ---- Random numbers -------------------------------------------------------
+ * Uniform: x2 - x3 - borrow (less 18 on a borrow) plus the congruential
+ * word, as a signed 32-bit value scaled into [low, high); Init discards five
+ * draws. Gaussian: the polar method on pairs of such values, the second
+ * deviate of a pair returned first. The 16-bit uniform forms map the sum by
+ * a right shift around the centre of [low, high], rounded out to a power of
+ * two; their blocks never touch the buffer of the single-sample forms. A
+ * negative n in the float and Gaussian block forms counts as unsigned. */
+
+RYXAPI void ryxsRandUniInit(float seed, float low, float high, RyxRandUniF32State* statePtr);
+RYXAPI void ryxcRandUniInit(float seed, float low, float high, RyxRandUniF32State* statePtr);
+RYXAPI void ryxdRandUniInit(double seed, double low, double high, RyxRandUniF64State* statePtr);
+RYXAPI void ryxzRandUniInit(double seed, double low, double high, RyxRandUniF64State* statePtr);
+RYXAPI void ryxwRandUniInit(unsigned int seed, short low, short high, RyxRandUniI16State* statePtr);
+RYXAPI void ryxvRandUniInit(unsigned int seed, short low, short high, RyxRandUniI16State* statePtr);
+
+RYXAPI float ryxsRandUni(RyxRandUniF32State* statePtr);
+RYXAPI SCplx ryxcRandUni(RyxRandUniF32State* statePtr);
+RYXAPI void ryxcRandUniOut(RyxRandUniF32State* statePtr, SCplx* val);
+RYXAPI double ryxdRandUni(RyxRandUniF64State* statePtr);
+RYXAPI DCplx ryxzRandUni(RyxRandUniF64State* statePtr);
+RYXAPI short ryxwRandUni(RyxRandUniI16State* statePtr);
+RYXAPI WCplx ryxvRandUni(RyxRandUniI16State* statePtr);
+
+RYXAPI void ryxsbRandUni(RyxRandUniF32State* statePtr, float* dst, int n);
+RYXAPI void ryxcbRandUni(RyxRandUniF32State* statePtr, SCplx* dst, int n);
+RYXAPI void ryxdbRandUni(RyxRandUniF64State* statePtr, double* dst, int n);
+RYXAPI void ryxzbRandUni(RyxRandUniF64State* statePtr, DCplx* dst, int n);
+RYXAPI void ryxwbRandUni(RyxRandUniI16State* statePtr, short* dst, int n);
+RYXAPI void ryxvbRandUni(RyxRandUniI16State* statePtr, WCplx* dst, int n);
+
+RYXAPI void ryxsRandGausInit(float seed, float mean, float stDev, RyxRandGausF32State* statePtr);
+RYXAPI void ryxcRandGausInit(float seed, float mean, float stDev, RyxRandGausF32State* statePtr);
+RYXAPI void ryxdRandGausInit(double seed, double mean, double stDev, RyxRandGausF64State* statePtr);
+RYXAPI void ryxzRandGausInit(double seed, double mean, double stDev, RyxRandGausF64State* statePtr);
+RYXAPI void ryxwRandGausInit(short seed, short mean, short stDev, RyxRandGausI16State* statePtr);
+RYXAPI void ryxvRandGausInit(short seed, short mean, short stDev, RyxRandGausI16State* statePtr);
+
+RYXAPI float ryxsRandGaus(RyxRandGausF32State* statePtr);
+RYXAPI SCplx ryxcRandGaus(RyxRandGausF32State* statePtr);
+RYXAPI void ryxcRandGausOut(RyxRandGausF32State* statePtr, SCplx* val);
+RYXAPI double ryxdRandGaus(RyxRandGausF64State* statePtr);
+RYXAPI DCplx ryxzRandGaus(RyxRandGausF64State* statePtr);
+RYXAPI short ryxwRandGaus(RyxRandGausI16State* statePtr);
+RYXAPI WCplx ryxvRandGaus(RyxRandGausI16State* statePtr);
+
+RYXAPI void ryxsbRandGaus(RyxRandGausF32State* statePtr, float* dst, int n);
+RYXAPI void ryxcbRandGaus(RyxRandGausF32State* statePtr, SCplx* dst, int n);
+RYXAPI void ryxdbRandGaus(RyxRandGausF64State* statePtr, double* dst, int n);
+RYXAPI void ryxzbRandGaus(RyxRandGausF64State* statePtr, DCplx* dst, int n);
+RYXAPI void ryxwbRandGaus(RyxRandGausI16State* statePtr, short* dst, int n);
+RYXAPI void ryxvbRandGaus(RyxRandGausI16State* statePtr, WCplx* dst, int n);
+
 /* ---- Windows ------------------------------------------------------------ */
 
 RYXAPI void ryxsWinBartlett(float* v, int n);

@@ -39,8 +39,9 @@ inline std::int32_t roundAway(double v) { return static_cast<std::int32_t>(std::
 
 // Truncation toward zero as the processor's conversion does it: out of
 // range and NaN give the integer indefinite 0x80000000.
-inline std::int32_t truncInt32(double v) {
-  if (!(v > -2147483649.0 && v < 2147483648.0)) return INT32_MIN;
+template <class F>
+std::int32_t truncInt32(F v) {
+  if (!(v > F(-2147483649.0) && v < F(2147483648.0))) return INT32_MIN;
   return static_cast<std::int32_t>(v);
 }
 

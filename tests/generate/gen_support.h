@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "ryxcore.h"
+#include "ryxcore/generate.h"
 #include "test_support.h"
 
 namespace gentest {
