@@ -111,6 +111,71 @@ RYXAPI void ryxzbTone(RyxToneDCplxState* statePtr, DCplx* dst, int n);
 RYXAPI void ryxwbTone(RyxToneI16State* statePtr, short* dst, int n);
 RYXAPI void ryxvbTone(RyxToneI16State* statePtr, WCplx* dst, int n);
 
+/* ---- Triangle records ------------------------------------------------------
+ * Accumulator forms (double, DCplx, 16-bit, WCplx): the running value adds
+ * a step and reflects at the rails; the 16-bit records hold 32-bit floats
+ * and emit the value rounded to nearest even, wrapped to 16 bits. The
+ * float forms keep a queue of four phases and a table of lines; the table
+ * lies inside the record at its first 8-byte boundary of `reserved`. */
+
+typedef struct RyxTrnglF64State {
+  double mag, step, stepDown, stepUp, reflectTop, reflectBottom;
+  double foldTop, foldBottom, offsetTop, offsetBottom, value;
+} RyxTrnglF64State;
+
+typedef struct RyxTrnglDCplxState {
+  double mag, stepRe, stepIm, stepDown, stepUp, reflectTop, reflectBottom;
+  double foldTop, foldBottom, offsetTop, offsetBottom, valueRe, valueIm;
+} RyxTrnglDCplxState;
+
+typedef struct RyxTrnglI16State {
+  float mag, step, stepDown, stepUp, reflectTop, reflectBottom;
+  float foldTop, foldBottom, offsetTop, offsetBottom, value;
+} RyxTrnglI16State;
+
+typedef struct RyxTrnglWCplxState {
+  float mag, stepRe, stepIm, stepDown, stepUp, reflectTop, reflectBottom;
+  float foldTop, foldBottom, offsetTop, offsetBottom, valueRe, valueIm;
+} RyxTrnglWCplxState;
+
+typedef struct RyxTrnglF32State {
+  float phaseStep;    /* 4w (real) or 2w (complex), less 2*pi above it */
+  float fall;         /* pi + asym */
+  float* lines;       /* 8 slopes then 8 intercepts, inside reserved */
+  float reserved[17];
+  float phases[4];    /* phases of the next four outputs */
+  unsigned int mark;  /* RYX_SSX_MAGIC */
+} RyxTrnglF32State;
+
+typedef RyxTrnglF32State RyxTrnglSCplxState;
+
+/* ---- Triangles -------------------------------------------------------------
+ * Peak mag at phase 0, falling over pi + asym, rising over pi - asym; the
+ * complex forms' imaginary wave leads by a quarter period for asym 0.
+ * Accepted: mag >= 0, 0 <= freq < 0.5, 0 <= phase < 2*pi, -pi < asym < pi. */
+
+RYXAPI void ryxsTrnglInit(float freq, float phase, float mag, float asym, RyxTrnglF32State* statePtr);
+RYXAPI void ryxcTrnglInit(float freq, float phase, float mag, float asym, RyxTrnglSCplxState* statePtr);
+RYXAPI void ryxdTrnglInit(double freq, double phase, double mag, double asym, RyxTrnglF64State* statePtr);
+RYXAPI void ryxzTrnglInit(double freq, double phase, double mag, double asym, RyxTrnglDCplxState* statePtr);
+RYXAPI void ryxwTrnglInit(float freq, float phase, short mag, float asym, RyxTrnglI16State* statePtr);
+RYXAPI void ryxvTrnglInit(float freq, float phase, short mag, float asym, RyxTrnglWCplxState* statePtr);
+
+RYXAPI float ryxsTrngl(RyxTrnglF32State* statePtr);
+RYXAPI SCplx ryxcTrngl(RyxTrnglSCplxState* statePtr);
+RYXAPI void ryxcTrnglOut(RyxTrnglSCplxState* statePtr, SCplx* val);
+RYXAPI double ryxdTrngl(RyxTrnglF64State* statePtr);
+RYXAPI DCplx ryxzTrngl(RyxTrnglDCplxState* statePtr);
+RYXAPI short ryxwTrngl(RyxTrnglI16State* statePtr);
+RYXAPI WCplx ryxvTrngl(RyxTrnglWCplxState* statePtr);
+
+RYXAPI void ryxsbTrngl(RyxTrnglF32State* statePtr, float* dst, int n);
+RYXAPI void ryxcbTrngl(RyxTrnglSCplxState* statePtr, SCplx* dst, int n);
+RYXAPI void ryxdbTrngl(RyxTrnglF64State* statePtr, double* dst, int n);
+RYXAPI void ryxzbTrngl(RyxTrnglDCplxState* statePtr, DCplx* dst, int n);
+RYXAPI void ryxwbTrngl(RyxTrnglI16State* statePtr, short* dst, int n);
+RYXAPI void ryxvbTrngl(RyxTrnglWCplxState* statePtr, WCplx* dst, int n);
+
 /* ---- Random number records ----------------------------------------------
  * Integer words are 32-bit and wrap; x1 is the newest of the three values
  * of the subtract-with-borrow sequence, lcg the congruential word, seedLcg
