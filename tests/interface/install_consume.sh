@@ -15,6 +15,9 @@ launcher=()
 if command -v ccache >/dev/null; then launcher=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache); fi
 fail() { echo "FAIL: $*"; exit 1; }
 step() { echo "-- $*"; }
+for tool in pkg-config readelf; do
+  command -v $tool >/dev/null || fail "$tool is needed by this test (Debian packages pkg-config, binutils)"
+done
 
 # Some machines cannot run programs of the requested target (an x86-64
 # kernel without 32-bit support): then everything is still installed,
