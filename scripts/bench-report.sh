@@ -7,6 +7,7 @@
 #   RYX_BENCH_MIN_TIME=0.1        seconds per repetition
 #   RYX_BENCH_FILTER=.            regular expression of the cases to run
 #   RYX_BENCH_MACHINE="..."       what to call this machine in the report
+#   RYX_BENCH_OUT=bench/report    where the report goes
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup-packages.sh g++ cmake make libbenchmark-dev libfftw3-dev libliquid-dev python3-matplotlib
@@ -14,7 +15,7 @@ build=${RYX_BENCH_BUILD:-build/bench}
 reps=${RYX_BENCH_REPS:-3}
 min_time=${RYX_BENCH_MIN_TIME:-0.1}
 filter=${RYX_BENCH_FILTER:-.}
-out=bench/report
+out=${RYX_BENCH_OUT:-bench/report}
 runs=$build/report-runs
 mkdir -p "$build" "$runs" "$out"
 
@@ -23,10 +24,13 @@ cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DRYX_BENCH=ON -DRYX_TESTS=OFF
   >"$build.configure.log" 2>&1 || { cat "$build.configure.log"; exit 1; }
 mapfile -t programs < <(cd bench && for d in */; do d=${d%/}; [ "$d" != report ] && ls "$d"/*.cpp >/dev/null 2>&1 && echo "bench_$d"; done)
 echo "== building ${programs[*]}"
+set +e  # the filter finds nothing to show when all is built
 cmake --build "$build" --target "${programs[@]}" -j"$(nproc)" 2>&1 | tee "$build.build.log" \
   | grep --line-buffered -E '^\[ *[0-9]+%\] (Building|Linking)' \
   | sed -u -E 's#^(\[ *[0-9]+%\]) Building (C|CXX) object .*/([^/]+)\.o$#\1 compiling \3#; s#^(\[ *[0-9]+%\]) Linking .* ([^ ]+)$#\1 linking \2#'
-[ "${PIPESTATUS[0]}" -eq 0 ] || { tail -40 "$build.build.log"; exit 1; }
+rc=${PIPESTATUS[0]}
+set -e
+[ "$rc" -eq 0 ] || { tail -40 "$build.build.log"; exit 1; }
 
 # The machine as the report names it: processor, cores, caches, vector
 # extensions, kernel, compiler, load when the runs started.
@@ -76,7 +80,7 @@ done
 echo "== writing $out/README.md"
 rm -f "$out"/*.png
 jsons=()
-for p in "${programs[@]}"; do jsons+=("$runs/$p.json"); done
+for p in "${programs[@]}"; do [ -s "$runs/$p.json" ] && jsons+=("$runs/$p.json"); done
 # Debian's interpreter, which has Debian's matplotlib (another python3 may come first on PATH).
 /usr/bin/python3 bench/report/make_report.py "$out" "$runs/machine.md" "${jsons[@]}"
 echo "   $(ls "$out"/*.png | wc -l) plots; open $out/README.md"
