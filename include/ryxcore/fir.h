@@ -23,6 +23,21 @@
  * downFactor-th output kept (ticks congruent to downPhase). A block call reads
  * numIters*downFactor samples and writes numIters*upFactor.
  *
+ * Block forms (ryx?bFirl, ryx?bFir) read their source in place while they
+ * write: src and dst must be different, non-overlapping arrays (src == dst
+ * gives wrong output once the block is longer than the history).
+ *
+ * Low-level call sequence: ryx?FirlInit (or InitMr), ryx?FirlInitDlyl,
+ * ryx?FirlSetDlyl (required before the block forms; NULL clears the
+ * history), then filter. The records point at the caller's taps and delay
+ * buffer, which must outlive them; there is nothing to free. The delay
+ * buffer holds tapsLen samples (multirate: ceil(tapsLen/upFactor)).
+ *
+ * High-level call sequence: ryx?FirInit (or InitMr) with taps and history
+ * that may be NULL (all-zero taps, cleared history), filter, ryxFirFree. Set/
+ * GetDlyl move tapsLen-1 samples (multirate: ceil(tapsLen/upFactor)),
+ * oldest first. SetTaps may be called between any two filter calls.
+ *
  * Float single-rate forms accumulate in float in a fixed lane order; double
  * forms and every multirate path accumulate in long double and round at the
  * store. Failures report through ryxError; a failed filter call returns zero

@@ -8,6 +8,9 @@
  *         3 = dst[i] = srcA[i] op srcB[i].
  * n <= 0 is reported as "n<=0", never treated as a no-op. The same array may
  * be given as src and dst (or srcA and dst); other overlaps are undefined.
+ * Checks: n first, then pointers, sources before dst; the first failure is
+ * reported and the call returns without writing. Sub1/Sub2 subtract the
+ * scalar or src from dst. Arrays need not be aligned.
  * Complex products are re = a.re*b.re - a.im*b.im, im = a.re*b.im + a.im*b.re
  * in the element's own precision.
  */
@@ -75,6 +78,10 @@ RYXAPI void ryxzbMpy2(const DCplx* src, DCplx* dst, int n);
 RYXAPI void ryxzbMpy3(const DCplx* srcA, const DCplx* srcB, DCplx* dst, int n);
 
 /* ---- Conjugates (sign bit of the imaginary part flipped) --------------- */
+/* ConjFlip2: dst[i] = conj(src[n-1-i]). ConjExtend: the n given values are
+ * the lower half of a conjugate-symmetric spectrum of 2n-2 values; the
+ * routine writes vec[2n-2-k] = conj(vec[k]) for k = 1 .. n-2, so vec (dst)
+ * must have room for 2n-2 values (at least n). */
 
 RYXAPI void ryxcbConj1(SCplx* vec, int n);
 RYXAPI void ryxcbConj2(const SCplx* src, SCplx* dst, int n);

@@ -16,7 +16,10 @@
  *
  * The Div family returns 0, RYX_DivByZero (-9, data written), RYX_StsNullPtr
  * (-10) or RYX_DivBadLen (-11); the stored status of a failure is always
- * RYX_StsBadArg. It checks its pointers before the length.
+ * RYX_StsBadArg. It checks its pointers before the length. A zero divisor
+ * is reported through ryxError as well, so in RYX_ErrorModeLeaf it ends
+ * the process: divide data that may hold zeros in Parent or Silent mode.
+ * Div3 computes srcA / srcB, Div2 dst / src, Div1 dst / val.
  */
 #ifndef RYXCORE_VECTOR_INT16_H
 #define RYXCORE_VECTOR_INT16_H
