@@ -108,5 +108,6 @@ enum RyxTransformFlag {
 #include "ryxcore/transform.h"
 #include "ryxcore/fir.h"
 #include "ryxcore/vector_math.h"
+#include "ryxcore/convert_polar.h"
 
 #endif /* RYXCORE_H */
