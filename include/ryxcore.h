@@ -108,6 +108,7 @@ enum RyxTransformFlag {
 #include "ryxcore/transform.h"
 #include "ryxcore/fir.h"
 #include "ryxcore/vector_math.h"
+#include "ryxcore/vector_lnexp.h"
 #include "ryxcore/convert_polar.h"
 
 #endif /* RYXCORE_H */
