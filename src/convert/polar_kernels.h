@@ -194,7 +194,8 @@ void magnitudes16(In in, short* mag, int n, int scaleMode, int* scaleFactor) {
     }
     case 2:
     case 3: {
-      const int f = scaleFactor != nullptr ? *scaleFactor : 0;
+      // Factors beyond +-2000 act alike; the clamp keeps the negation defined.
+      const int f = scaleFactor != nullptr ? std::clamp(*scaleFactor, -2000, 2000) : 0;
       for (int i = 0; i < n; ++i) {
         const double v = std::ldexp(root(i), -f);
         mag[i] = scaleMode == 3 ? truncClamp(v) : truncWrap(v);

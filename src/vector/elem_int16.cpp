@@ -23,7 +23,7 @@ short narrowScaled(std::int64_t r, int f, bool saturate) {
   if (f > 0) {
     r >>= (f < 63 ? f : 63);
   } else if (f < 0) {
-    const int s = -f;
+    const int s = f < -64 ? 64 : -f;  // any count past 63 acts alike
     if (!saturate) return s >= 16 ? 0 : wrap16(r * (std::int64_t{1} << s));
     if (s >= 32) return r > 0 ? 32767 : (r < 0 ? -32768 : 0);
     r *= std::int64_t{1} << s;

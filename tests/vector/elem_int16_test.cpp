@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -44,7 +45,7 @@ short sqrModel(i64 r, int f, bool saturate) {
   if (f > 0) return saturate ? clamp16(f >= 40 ? 0 : r >> f) : low16(f >= 40 ? 0 : r >> f);
   if (f < 0) {
     if (saturate) return r == 0 ? 0 : (r > 0 ? 32767 : -32768);  // any left shift of 15 or more overflows
-    return -f >= 16 ? 0 : low16(r * (i64{1} << -f));
+    return f <= -16 ? 0 : low16(r * (i64{1} << -f));
   }
   return saturate ? clamp16(r) : low16(r);
 }
@@ -53,7 +54,7 @@ TEST(ElemSqr16, RealSquaresEveryValueEveryMode) {
   const std::vector<short> x = allShorts();
   std::vector<short> out(65536);
   for (int mode : {0, 1, 2, 3, 8 + 3}) {
-    for (int f : {-16, -15, -14, -3, 0, 1, 2, 7, 15, 16, 30, 31, 35}) {
+    for (int f : {INT_MIN, -16, -15, -14, -3, 0, 1, 2, 7, 15, 16, 30, 31, 35, INT_MAX}) {
       int factor = f;
       ryxwbSqr2(x.data(), out.data(), 65536, mode, &factor);
       const int used = (mode & 2) ? f : 0;
