@@ -29,7 +29,7 @@ void sweep(F1 inPlace, F2 outOfPlace, Fill fill, Check check) {
   for (int n = 1; n <= 40; ++n) lengths.push_back(n);
   lengths.insert(lengths.end(), {127, 1000, 4099});
   for (int n : lengths) {
-    for (int offset : {0, 4, 8}) {
+    for (int offset : {0, int(alignof(T)), int(3 * alignof(T))}) {
       std::vector<T> src(n);
       for (T& x : src) x = fill(rng);
       Guarded<T> a(n, offset), b(n, offset);  // the same alignment: the same lane groups
