@@ -109,5 +109,8 @@ enum RyxTransformFlag {
 #include "ryxcore/fir.h"
 #include "ryxcore/convert.h"
 #include "ryxcore/vector_stats.h"
+#include "ryxcore/vector_math.h"
+#include "ryxcore/vector_lnexp.h"
+#include "ryxcore/convert_polar.h"
 
 #endif /* RYXCORE_H */
