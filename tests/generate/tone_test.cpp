@@ -10,23 +10,13 @@
 namespace gentest {
 namespace {
 
-template <class St, class T, class R, class M, void (*Init)(R, R, M, St*), T (*One)(St*), void (*Block)(St*, T*, int)>
-struct ToneApi {
-  using State = St;
-  using Sample = T;
-  using Real = R;
-  using Mag = M;
-  static void init(R f, R p, M m, St* s) { Init(f, p, m, s); }
-  static T one(St* s) { return One(s); }
-  static void block(St* s, T* d, int n) { Block(s, d, n); }
-};
 
-using ApiS = ToneApi<RyxToneF32State, float, float, float, ryxsToneInit, ryxsTone, ryxsbTone>;
-using ApiC = ToneApi<RyxToneSCplxState, SCplx, float, float, ryxcToneInit, ryxcTone, ryxcbTone>;
-using ApiD = ToneApi<RyxToneF64State, double, double, double, ryxdToneInit, ryxdTone, ryxdbTone>;
-using ApiZ = ToneApi<RyxToneDCplxState, DCplx, double, double, ryxzToneInit, ryxzTone, ryxzbTone>;
-using ApiW = ToneApi<RyxToneI16State, short, float, short, ryxwToneInit, ryxwTone, ryxwbTone>;
-using ApiV = ToneApi<RyxToneI16State, WCplx, float, short, ryxvToneInit, ryxvTone, ryxvbTone>;
+using ApiS = GenApi<RyxToneF32State, float, float, float, ryxsToneInit, ryxsTone, ryxsbTone>;
+using ApiC = GenApi<RyxToneSCplxState, SCplx, float, float, ryxcToneInit, ryxcTone, ryxcbTone>;
+using ApiD = GenApi<RyxToneF64State, double, double, double, ryxdToneInit, ryxdTone, ryxdbTone>;
+using ApiZ = GenApi<RyxToneDCplxState, DCplx, double, double, ryxzToneInit, ryxzTone, ryxzbTone>;
+using ApiW = GenApi<RyxToneI16State, short, float, short, ryxwToneInit, ryxwTone, ryxwbTone>;
+using ApiV = GenApi<RyxToneI16State, WCplx, float, short, ryxvToneInit, ryxvTone, ryxvbTone>;
 
 // Draws n samples in a fixed mix of single calls and blocks of every size
 // class (short scalar blocks, vector blocks with and without a tail).

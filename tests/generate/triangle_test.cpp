@@ -10,23 +10,13 @@
 namespace gentest {
 namespace {
 
-template <class St, class T, class R, class M, void (*Init)(R, R, M, R, St*), T (*One)(St*), void (*Block)(St*, T*, int)>
-struct TriApi {
-  using State = St;
-  using Sample = T;
-  using Real = R;
-  using Mag = M;
-  static void init(R f, R p, M m, R a, St* s) { Init(f, p, m, a, s); }
-  static T one(St* s) { return One(s); }
-  static void block(St* s, T* d, int n) { Block(s, d, n); }
-};
 
-using TriS = TriApi<RyxTrnglF32State, float, float, float, ryxsTrnglInit, ryxsTrngl, ryxsbTrngl>;
-using TriC = TriApi<RyxTrnglSCplxState, SCplx, float, float, ryxcTrnglInit, ryxcTrngl, ryxcbTrngl>;
-using TriD = TriApi<RyxTrnglF64State, double, double, double, ryxdTrnglInit, ryxdTrngl, ryxdbTrngl>;
-using TriZ = TriApi<RyxTrnglDCplxState, DCplx, double, double, ryxzTrnglInit, ryxzTrngl, ryxzbTrngl>;
-using TriW = TriApi<RyxTrnglI16State, short, float, short, ryxwTrnglInit, ryxwTrngl, ryxwbTrngl>;
-using TriV = TriApi<RyxTrnglWCplxState, WCplx, float, short, ryxvTrnglInit, ryxvTrngl, ryxvbTrngl>;
+using TriS = GenApi<RyxTrnglF32State, float, float, float, ryxsTrnglInit, ryxsTrngl, ryxsbTrngl>;
+using TriC = GenApi<RyxTrnglSCplxState, SCplx, float, float, ryxcTrnglInit, ryxcTrngl, ryxcbTrngl>;
+using TriD = GenApi<RyxTrnglF64State, double, double, double, ryxdTrnglInit, ryxdTrngl, ryxdbTrngl>;
+using TriZ = GenApi<RyxTrnglDCplxState, DCplx, double, double, ryxzTrnglInit, ryxzTrngl, ryxzbTrngl>;
+using TriW = GenApi<RyxTrnglI16State, short, float, short, ryxwTrnglInit, ryxwTrngl, ryxwbTrngl>;
+using TriV = GenApi<RyxTrnglWCplxState, WCplx, float, short, ryxvTrnglInit, ryxvTrngl, ryxvbTrngl>;
 
 struct Args {
   double freq, phase, mag, asym;
