@@ -156,7 +156,9 @@ TYPED_TEST(ToneFloat, VectorRuleAtEveryAlignment) {
       A::block(&s, buf.data(), n);
       ASSERT_TRUE(buf.intact());
       const int peel = offset % (4 * S) == 0 ? ((16 - offset) % 16) / (4 * S) : 0;
-      const float* y = reinterpret_cast<const float*>(buf.data());
+      std::vector<float> out(S * n);  // the block may sit at any byte offset
+      std::memcpy(out.data(), buf.data(), sizeof(float) * S * n);
+      const float* y = out.data();
       const float* w = floats<A>(const_cast<typename A::State*>(&before));
       const float vc = vectorCoef(before);
       SCOPED_TRACE(::testing::Message() << "offset " << offset << " n " << n);
