@@ -112,5 +112,6 @@ enum RyxTransformFlag {
 #include "ryxcore/vector_math.h"
 #include "ryxcore/vector_lnexp.h"
 #include "ryxcore/convert_polar.h"
+#include "ryxcore/generate.h"
 
 #endif /* RYXCORE_H */

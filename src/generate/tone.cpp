@@ -28,61 +28,46 @@ constexpr const char* kNeedInit = "Structure initialization need";
 
 // ---- double and DCplx: plain two-term recurrence -----------------------
 
-struct ToneD {
-  using State = RyxToneF64State;
-  using Sample = double;
+inline double recur(double y1, double y2, double c) { return y1 * c - y2; }
+inline DCplx recur(DCplx y1, DCplx y2, double c) { return {y1.re * c - y2.re, y1.im * c - y2.im}; }
+inline void sampleAt(double& y, Wide mag, Wide arg) { y = static_cast<double>(mag * std::cos(arg)); }
+inline void sampleAt(DCplx& y, Wide mag, Wide arg) {
+  y = {static_cast<double>(mag * std::cos(arg)), static_cast<double>(mag * std::sin(arg))};
+}
+
+template <class St, class Smp>
+struct ToneTwoTerm {
+  using State = St;
+  using Sample = Smp;
   static constexpr const char* stem = "ryxtone";
   static bool marked(const State* s) { return hasMark(s->mark); }
 
   static void init(State* s, double freq, double phase, double mag) {
     const Wide w = 2 * kPiWide * freq;
     s->coef = static_cast<double>(2 * std::cos(w));
-    s->y1 = static_cast<double>(mag * std::cos(phase - w));
-    s->y2 = static_cast<double>(mag * std::cos(phase - w - w));
+    sampleAt(s->y1, mag, phase - w);
+    sampleAt(s->y2, mag, phase - w - w);
     s->mag = mag, s->freq = freq, s->phase = phase;
     writeMark(s->mark);
   }
-  static double one(State* s) { return block(s, nullptr, 1); }
-  static double block(State* s, double* dst, int n) {
+  static Smp one(State* s) {
+    const Smp y = recur(s->y1, s->y2, s->coef);
+    s->y2 = s->y1, s->y1 = y;
+    return y;
+  }
+  static void block(State* s, Smp* dst, int n) {
     const double c = s->coef;
-    double y1 = s->y1, y2 = s->y2, y = 0;
+    Smp y1 = s->y1, y2 = s->y2;
     for (int i = 0; i < n; ++i) {
-      y = y1 * c - y2;
-      y2 = y1, y1 = y;
-      if (dst) dst[i] = y;
+      dst[i] = recur(y1, y2, c);
+      y2 = y1, y1 = dst[i];
     }
     s->y1 = y1, s->y2 = y2;
-    return y;
   }
 };
 
-struct ToneZ {
-  using State = RyxToneDCplxState;
-  using Sample = DCplx;
-  static constexpr const char* stem = "ryxtone";
-  static bool marked(const State* s) { return hasMark(s->mark); }
-
-  static void init(State* s, double freq, double phase, double mag) {
-    const Wide w = 2 * kPiWide * freq;
-    s->coef = static_cast<double>(2 * std::cos(w));
-    s->y1 = {static_cast<double>(mag * std::cos(phase - w)), static_cast<double>(mag * std::sin(phase - w))};
-    s->y2 = {static_cast<double>(mag * std::cos(phase - w - w)), static_cast<double>(mag * std::sin(phase - w - w))};
-    s->mag = mag, s->freq = freq, s->phase = phase;
-    writeMark(s->mark);
-  }
-  static DCplx one(State* s) { return block(s, nullptr, 1); }
-  static DCplx block(State* s, DCplx* dst, int n) {
-    const double c = s->coef;
-    DCplx y1 = s->y1, y2 = s->y2, y{};
-    for (int i = 0; i < n; ++i) {
-      y = {y1.re * c - y2.re, y1.im * c - y2.im};
-      y2 = y1, y1 = y;
-      if (dst) dst[i] = y;
-    }
-    s->y1 = y1, s->y2 = y2;
-    return y;
-  }
-};
+using ToneD = ToneTwoTerm<RyxToneF64State, double>;
+using ToneZ = ToneTwoTerm<RyxToneDCplxState, DCplx>;
 
 // ---- float and SCplx: look-ahead window ---------------------------------
 //

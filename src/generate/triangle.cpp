@@ -16,6 +16,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 #include "frame/checks.h"
@@ -204,7 +205,8 @@ struct PhaseQueue {
     float* ph = s->phases;
     for (int i = 0; i < k; ++i) {
       const float p = wrap(ph[i]);
-      dst[i] = line(s, p, p >= s->fall);
+      const float v = line(s, p, p >= s->fall);
+      std::memcpy(dst + i, &v, sizeof v);  // dst may be misaligned
       ph[i] = wrap(p + s->phaseStep);
     }
     const float old[4] = {ph[0], ph[1], ph[2], ph[3]};

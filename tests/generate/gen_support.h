@@ -49,6 +49,20 @@ void runFailures(Fixture& fx, const std::vector<FailCase>& cases) {
   }
 }
 
+// A generator's three entry points with their types: record, sample, the
+// Init's real arguments and its magnitude.
+template <class St, class T, class R, class M, auto Init, T (*One)(St*), void (*Block)(St*, T*, int)>
+struct GenApi {
+  using State = St;
+  using Sample = T;
+  using Real = R;
+  using Mag = M;
+  template <class... X>
+  static void init(X... x) { Init(x...); }
+  static T one(St* s) { return One(s); }
+  static void block(St* s, T* d, int n) { Block(s, d, n); }
+};
+
 template <class T>
 bool isZero(const T& v) {
   T z{};
