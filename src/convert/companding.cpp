@@ -133,20 +133,18 @@ constexpr Code kMuToAIndexPlus1[128] = {
     78, 79, 80, 82, 83, 84, 85, 86, 87, 88, 89, 90, 91, 92, 93, 94, 95, 96, 97, 98, 99, 100, 101, 102, 103, 104,
     105, 106, 107, 108, 109, 110, 111, 112, 113, 114, 115, 116, 117, 118, 119, 120, 121, 122, 123, 124, 125, 126, 127, 128};
 
-constexpr std::array<Code, 256> aToMuTable() {
+// A code's magnitude index is the code xor its law's inversion (0x55 for
+// A-law, 0x7F for mu-law) with the sign bit merged in.
+constexpr std::array<Code, 256> transcodeTable(const Code (&index)[128], int fromInvert, int toInvert, int bias) {
   std::array<Code, 256> t{};
-  for (int c = 0; c < 256; ++c)
-    t[c] = static_cast<Code>((c & 0x80) ? 0xFF ^ kAToMuIndex[c ^ 0xD5] : 0x7F ^ kAToMuIndex[c ^ 0x55]);
+  for (int c = 0; c < 256; ++c) {
+    const int sign = c & 0x80;
+    t[c] = static_cast<Code>((toInvert | sign) ^ (index[c ^ (fromInvert | sign)] - bias));
+  }
   return t;
 }
-constexpr std::array<Code, 256> muToATable() {
-  std::array<Code, 256> t{};
-  for (int c = 0; c < 256; ++c)
-    t[c] = static_cast<Code>((c & 0x80) ? 0xD5 ^ (kMuToAIndexPlus1[0xFF ^ c] - 1) : 0x55 ^ (kMuToAIndexPlus1[0x7F ^ c] - 1));
-  return t;
-}
-constexpr std::array<Code, 256> kAToMu = aToMuTable();
-constexpr std::array<Code, 256> kMuToA = muToATable();
+constexpr std::array<Code, 256> kAToMu = transcodeTable(kAToMuIndex, 0x55, 0x7F, 0);
+constexpr std::array<Code, 256> kMuToA = transcodeTable(kMuToAIndexPlus1, 0x7F, 0x55, 1);
 
 // ---- Per-sample encoders --------------------------------------------------
 

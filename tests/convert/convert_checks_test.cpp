@@ -8,7 +8,6 @@
 
 #include <array>
 #include <cstring>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,76 +16,12 @@
 
 namespace {
 
-using cvtest::FpState;
 using ryxtest::ReportCapture;
 
-using Call = std::function<void(int len, const void* src, void* dst, int bits, int fractBits, int flags)>;
+using namespace cvtest;
 
-enum class Shape { FromFloatInt, FromFloatFix, FromFloatS, ToFloatInt, ToFloatFix, ToFloatS };
-
-struct Routine {
-  std::string name;  // the name reports carry
-  std::string stem;
-  Shape shape;
-  Call call;
-};
-
-bool fromFloat(Shape s) { return s == Shape::FromFloatInt || s == Shape::FromFloatFix || s == Shape::FromFloatS; }
-bool hasSize(Shape s) { return s != Shape::FromFloatS && s != Shape::ToFloatS; }
-bool hasFract(Shape s) { return s == Shape::FromFloatFix || s == Shape::ToFloatFix; }
 std::string sizeText(Shape s) {
   return s == Shape::FromFloatFix || s == Shape::ToFloatFix ? "Invalid size of a fix-point" : "Invalid size of an integer";
-}
-
-template <class T>
-std::vector<Routine> routinesOf(const char* stem, const char* s15Name, const char* s31Name);
-
-#define C(expr) [](int n, const void* s, void* d, int b, int f, int fl) { expr; }
-template <>
-std::vector<Routine> routinesOf<float>(const char* stem, const char*, const char*) {
-  using F = const float*;
-  using O = float*;
-  return {
-      {"ryxsbFloatToInt", stem, Shape::FromFloatInt, C(ryxsbFloatToInt(F(s), d, n, b, fl))},
-      {"ryxsbFloatToFix", stem, Shape::FromFloatFix, C(ryxsbFloatToFix(F(s), d, n, b, f, fl))},
-      {"ryxsbFloatToS7Fix", stem, Shape::FromFloatS, C(ryxsbFloatToS7Fix(F(s), static_cast<signed char*>(d), n, fl))},
-      {"ryxsbFloatToS15Fix", stem, Shape::FromFloatS, C(ryxsbFloatToS15Fix(F(s), static_cast<short*>(d), n, fl))},
-      {"ryxsbFloatToS31Fix", stem, Shape::FromFloatS, C(ryxsbFloatToS31Fix(F(s), static_cast<int*>(d), n, fl))},
-      {"ryxsbFloatToS1516Fix", stem, Shape::FromFloatS, C(ryxsbFloatToS1516Fix(F(s), static_cast<int*>(d), n, fl))},
-      {"ryxsbIntToFloat", stem, Shape::ToFloatInt, C(ryxsbIntToFloat(s, O(d), n, b, fl))},
-      {"ryxsbFixToFloat", stem, Shape::ToFloatFix, C(ryxsbFixToFloat(s, O(d), n, b, f, fl))},
-      {"ryxsbS7FixToFloat", stem, Shape::ToFloatS, C(ryxsbS7FixToFloat(static_cast<const signed char*>(s), O(d), n))},
-      {"ryxsbS15FixToFloat", stem, Shape::ToFloatS, C(ryxsbS15FixToFloat(static_cast<const short*>(s), O(d), n))},
-      {"ryxsbS31FixToFloat", stem, Shape::ToFloatS, C(ryxsbS31FixToFloat(static_cast<const int*>(s), O(d), n))},
-      {"ryxsbS1516FixToFloat", stem, Shape::ToFloatS, C(ryxsbS1516FixToFloat(static_cast<const int*>(s), O(d), n))},
-  };
-}
-template <>
-std::vector<Routine> routinesOf<double>(const char* stem, const char* s15Name, const char* s31Name) {
-  using F = const double*;
-  using O = double*;
-  return {
-      {"ryxdbFloatToInt", stem, Shape::FromFloatInt, C(ryxdbFloatToInt(F(s), d, n, b, fl))},
-      {"ryxdbFloatToFix", stem, Shape::FromFloatFix, C(ryxdbFloatToFix(F(s), d, n, b, f, fl))},
-      {"ryxdbFloatToS7Fix", stem, Shape::FromFloatS, C(ryxdbFloatToS7Fix(F(s), static_cast<signed char*>(d), n, fl))},
-      {s15Name, stem, Shape::FromFloatS, C(ryxdbFloatToS15Fix(F(s), static_cast<short*>(d), n, fl))},
-      {s31Name, stem, Shape::FromFloatS, C(ryxdbFloatToS31Fix(F(s), static_cast<int*>(d), n, fl))},
-      {"ryxdbFloatToS1516Fix", stem, Shape::FromFloatS, C(ryxdbFloatToS1516Fix(F(s), static_cast<int*>(d), n, fl))},
-      {"ryxdbIntToFloat", stem, Shape::ToFloatInt, C(ryxdbIntToFloat(s, O(d), n, b, fl))},
-      {"ryxdbFixToFloat", stem, Shape::ToFloatFix, C(ryxdbFixToFloat(s, O(d), n, b, f, fl))},
-      {"ryxdbS7FixToFloat", stem, Shape::ToFloatS, C(ryxdbS7FixToFloat(static_cast<const signed char*>(s), O(d), n))},
-      {"ryxdbS15FixToFloat", stem, Shape::ToFloatS, C(ryxdbS15FixToFloat(static_cast<const short*>(s), O(d), n))},
-      {"ryxdbS31FixToFloat", stem, Shape::ToFloatS, C(ryxdbS31FixToFloat(static_cast<const int*>(s), O(d), n))},
-      {"ryxdbS1516FixToFloat", stem, Shape::ToFloatS, C(ryxdbS1516FixToFloat(static_cast<const int*>(s), O(d), n))},
-  };
-}
-#undef C
-
-std::vector<Routine> allRoutines() {
-  std::vector<Routine> r = routinesOf<float>("ryxcvrts", nullptr, nullptr);
-  const std::vector<Routine> d = routinesOf<double>("ryxcvrtd", "ryxdbFloaToS15Fix", "ryxdbFloaToS31Fix");
-  r.insert(r.end(), d.begin(), d.end());
-  return r;
 }
 
 // Arguments of one call; `valid()` passes every check of every shape.
@@ -94,9 +29,9 @@ struct Args {
   int len = 4, bits = 16, fractBits = 3, flags = 0;
   bool nullSrc = false, nullDst = false;
 };
-Args valid(Shape s) {
+Args valid(const Routine& r) {
   Args a;
-  a.flags = fromFloat(s) ? RYX_RoundNearest : 0;
+  a.flags = r.fromFloat() ? RYX_RoundNearest : 0;
   return a;
 }
 
@@ -112,16 +47,16 @@ Outcome run(const Routine& r, const Args& a, ReportCapture& capture) {
   alignas(32) std::array<unsigned char, 64> dst;
   dst.fill(0xA5);
   const FpState caller{0x1F80 | 0x4000, 0x037F | 0x0800};
-  cvtest::writeFp(caller);
+  writeFp(caller);
   r.call(a.len, a.nullSrc ? nullptr : src.data(), a.nullDst ? nullptr : dst.data(), a.bits, a.fractBits, a.flags);
-  const FpState after = cvtest::readFp();
-  cvtest::writeFp({0x1F80, 0x037F});
+  const FpState after = readFp();
+  writeFp({0x1F80, 0x037F});
   Outcome o{{}, true, after == caller};
   for (unsigned char b : dst) o.dstUntouched &= b == 0xA5;
   for (const ryxtest::Report& rep : capture.reports()) {
     EXPECT_EQ(rep.status, RYX_StsBadArg) << r.name;
     EXPECT_EQ(rep.funcName, r.name);
-    EXPECT_EQ(rep.file, r.stem);
+    EXPECT_EQ(rep.file, r.stem());
     o.contexts.push_back(rep.context);
   }
   return o;
@@ -133,28 +68,28 @@ using Texts = std::vector<std::string>;
 // caller's state kept; the stored failure is the status afterwards.
 TEST(ConvertChecks, EachCheckAlone) {
   ReportCapture capture;
-  for (const Routine& r : allRoutines()) {
+  for (const Routine& r : conversionRoutines()) {
     struct Case { std::function<void(Args&)> spoil; std::string text; bool applies; };
     const std::vector<Case> cases = {
         {[](Args& a) { a.len = 0; }, "len<=0", true},
         {[](Args& a) { a.len = -3; }, "len<=0", true},
         {[](Args& a) { a.nullSrc = true; }, "src==0", true},
         {[](Args& a) { a.nullDst = true; }, "dst==0", true},
-        {[](Args& a) { a.bits = 12; }, sizeText(r.shape), hasSize(r.shape)},
-        {[](Args& a) { a.bits = 64; }, sizeText(r.shape), hasSize(r.shape)},
+        {[](Args& a) { a.bits = 12; }, sizeText(r.shape), r.hasSize()},
+        {[](Args& a) { a.bits = 64; }, sizeText(r.shape), r.hasSize()},
         // No rounding flag, two rounding flags.
-        {[](Args& a) { a.flags = RYX_ClipRange; }, "Invalid conversion flag", fromFloat(r.shape)},
-        {[](Args& a) { a.flags = RYX_RoundNearest | RYX_RoundZero; }, "Invalid conversion flag", fromFloat(r.shape)},
-        {[](Args& a) { a.flags = RYX_RoundDown | RYX_RoundUp | RYX_ClipRange; }, "Invalid conversion flag", fromFloat(r.shape)},
+        {[](Args& a) { a.flags = RYX_ClipRange; }, "Invalid conversion flag", r.fromFloat()},
+        {[](Args& a) { a.flags = RYX_RoundNearest | RYX_RoundZero; }, "Invalid conversion flag", r.fromFloat()},
+        {[](Args& a) { a.flags = RYX_RoundDown | RYX_RoundUp | RYX_ClipRange; }, "Invalid conversion flag", r.fromFloat()},
         // Integer to float takes 0 or exactly UnsignedInt.
-        {[](Args& a) { a.flags = RYX_RoundNearest; }, "Invalid conversion flag", !fromFloat(r.shape) && r.shape != Shape::ToFloatS},
-        {[](Args& a) { a.flags = RYX_UnsignedInt | RYX_ClipRange; }, "Invalid conversion flag", !fromFloat(r.shape) && r.shape != Shape::ToFloatS},
-        {[](Args& a) { a.fractBits = -1; }, "Invalid fractBits", hasFract(r.shape)},
-        {[](Args& a) { a.fractBits = 16; }, "Invalid fractBits", hasFract(r.shape)},
+        {[](Args& a) { a.flags = RYX_RoundNearest; }, "Invalid conversion flag", !r.fromFloat() && r.shape != Shape::ToFloatS},
+        {[](Args& a) { a.flags = RYX_UnsignedInt | RYX_ClipRange; }, "Invalid conversion flag", !r.fromFloat() && r.shape != Shape::ToFloatS},
+        {[](Args& a) { a.fractBits = -1; }, "Invalid fractBits", r.hasFract()},
+        {[](Args& a) { a.fractBits = 16; }, "Invalid fractBits", r.hasFract()},
     };
     for (const Case& c : cases) {
       if (!c.applies) continue;
-      Args a = valid(r.shape);
+      Args a = valid(r);
       c.spoil(a);
       const Outcome o = run(r, a, capture);
       EXPECT_EQ(o.contexts, Texts{c.text}) << r.name;
@@ -163,7 +98,7 @@ TEST(ConvertChecks, EachCheckAlone) {
       EXPECT_EQ(ryxGetErrStatus(), RYX_StsBadArg) << r.name;
     }
     // And the valid call itself: no report, data written.
-    const Outcome o = run(r, valid(r.shape), capture);
+    const Outcome o = run(r, valid(r), capture);
     EXPECT_TRUE(o.contexts.empty()) << r.name;
     EXPECT_FALSE(o.dstUntouched) << r.name;
     EXPECT_TRUE(o.stateKept) << r.name;
@@ -175,15 +110,15 @@ TEST(ConvertChecks, EachCheckAlone) {
 // length.
 TEST(ConvertChecks, AllBadReportsInOrder) {
   ReportCapture capture;
-  for (const Routine& r : allRoutines()) {
-    Args a{0, 12, -1, fromFloat(r.shape) ? RYX_RoundNearest | RYX_RoundUp : RYX_RoundNearest, true, true};
+  for (const Routine& r : conversionRoutines()) {
+    Args a{0, 12, -1, r.fromFloat() ? RYX_RoundNearest | RYX_RoundUp : RYX_RoundNearest, true, true};
     const Outcome o = run(r, a, capture);
     Texts want = {"len<=0"};
     if (r.shape != Shape::ToFloatS) {
       want = {"len<=0", "src==0", "dst==0"};
-      if (hasSize(r.shape)) want.push_back(sizeText(r.shape));
+      if (r.hasSize()) want.push_back(sizeText(r.shape));
       want.push_back("Invalid conversion flag");
-      if (hasFract(r.shape)) want.push_back("Invalid fractBits");
+      if (r.hasFract()) want.push_back("Invalid fractBits");
     }
     EXPECT_EQ(o.contexts, want) << r.name;
     EXPECT_TRUE(o.stateKept) << r.name;
@@ -195,13 +130,13 @@ TEST(ConvertChecks, AllBadReportsInOrder) {
 // left standing by a valid call of a stop-at-first routine.
 TEST(ConvertChecks, StoredStatusAfterAValidCall) {
   ReportCapture capture;
-  for (const Routine& r : allRoutines()) {
+  for (const Routine& r : conversionRoutines()) {
     ryxSetErrStatus(RYX_StsNoMem);
-    const Outcome o = run(r, valid(r.shape), capture);
+    const Outcome o = run(r, valid(r), capture);
     EXPECT_TRUE(o.contexts.empty());
     // run() clears the capture (and the status) first; set it again.
     ryxSetErrStatus(RYX_StsNoMem);
-    r.call(1, std::array<double, 1>{0.5}.data(), std::array<double, 1>{}.data(), 16, 3, valid(r.shape).flags);
+    r.call(1, std::array<double, 1>{0.5}.data(), std::array<double, 1>{}.data(), 16, 3, valid(r).flags);
     EXPECT_EQ(ryxGetErrStatus(), r.shape == Shape::ToFloatS ? RYX_StsNoMem : RYX_StsOk) << r.name;
   }
 }
@@ -214,10 +149,10 @@ TEST(ConvertChecks, FractBitsLimits) {
                         {16, 16, true, true}, {16, 15, false, true}, {16, 16, false, false}, {32, 32, true, true},
                         {32, 31, false, true}, {32, 32, false, false}, {32, 33, true, false}, {16, 0, false, true},
                         {8, -1, true, false}};
-  for (const Routine& r : allRoutines()) {
-    if (!hasFract(r.shape)) continue;
+  for (const Routine& r : conversionRoutines()) {
+    if (!r.hasFract()) continue;
     for (const Case& c : cases) {
-      Args a = valid(r.shape);
+      Args a = valid(r);
       a.bits = c.bits;
       a.fractBits = c.fractBits;
       if (c.isUnsigned) a.flags |= RYX_UnsignedInt;
@@ -232,10 +167,10 @@ TEST(ConvertChecks, FractBitsLimits) {
 // direction.
 TEST(ConvertChecks, OtherFlagBitsAreFree) {
   ReportCapture capture;
-  for (const Routine& r : allRoutines()) {
-    if (!fromFloat(r.shape)) continue;
+  for (const Routine& r : conversionRoutines()) {
+    if (!r.fromFloat()) continue;
     for (int flags : {RYX_RoundZero | RYX_ClipRange | RYX_UnsignedInt, RYX_RoundUp | 0x1, RYX_RoundDown | 0x10000}) {
-      Args a = valid(r.shape);
+      Args a = valid(r);
       a.flags = flags;
       EXPECT_TRUE(run(r, a, capture).contexts.empty()) << r.name << " " << flags;
     }

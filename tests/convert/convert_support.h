@@ -6,6 +6,9 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
 
 #include "ryxcore.h"
 
@@ -100,5 +103,63 @@ inline void writeInt(void* p, int i, int bits, long double x) {
   if (bits == 16) { const auto u = static_cast<std::uint16_t>(v); std::memcpy(b + 2 * i, &u, 2); }
   if (bits == 32) { const auto u = static_cast<std::uint32_t>(v); std::memcpy(b + 4 * i, &u, 4); }
 }
+
+// The routines of both sides behind one call shape: len, src, dst, bits,
+// fractBits, flags (arguments a routine lacks are ignored).
+enum class Shape { FromFloatInt, FromFloatFix, FromFloatS, ToFloatInt, ToFloatFix, ToFloatS };
+using Call = std::function<void(int len, const void* src, void* dst, int bits, int fractBits, int flags)>;
+
+struct Routine {
+  std::string name;  // the name its reports carry
+  bool isDouble;
+  Shape shape;
+  int bits, fractBits;  // fixed by the S forms, else 0
+  Call call;
+  std::string stem() const { return isDouble ? "ryxcvrtd" : "ryxcvrts"; }
+  bool fromFloat() const { return shape == Shape::FromFloatInt || shape == Shape::FromFloatFix || shape == Shape::FromFloatS; }
+  bool hasSize() const { return shape != Shape::FromFloatS && shape != Shape::ToFloatS; }
+  bool hasFract() const { return shape == Shape::FromFloatFix || shape == Shape::ToFloatFix; }
+};
+
+#define CVT_CALL(expr) [](int n, const void* s, void* d, int b, int f, int fl) { expr; }
+inline std::vector<Routine> conversionRoutines() {
+  using FS = const float*;
+  using FD = const double*;
+  using SC = signed char*;
+  using W = short*;
+  using I = int*;
+  using CSC = const signed char*;
+  using CW = const short*;
+  using CI = const int*;
+  const Shape fi = Shape::FromFloatInt, ff = Shape::FromFloatFix, fs = Shape::FromFloatS;
+  const Shape ti = Shape::ToFloatInt, tf = Shape::ToFloatFix, ts = Shape::ToFloatS;
+  return {
+      {"ryxsbFloatToInt", false, fi, 0, 0, CVT_CALL(ryxsbFloatToInt(FS(s), d, n, b, fl))},
+      {"ryxsbFloatToFix", false, ff, 0, 0, CVT_CALL(ryxsbFloatToFix(FS(s), d, n, b, f, fl))},
+      {"ryxsbFloatToS7Fix", false, fs, 8, 7, CVT_CALL(ryxsbFloatToS7Fix(FS(s), SC(d), n, fl))},
+      {"ryxsbFloatToS15Fix", false, fs, 16, 15, CVT_CALL(ryxsbFloatToS15Fix(FS(s), W(d), n, fl))},
+      {"ryxsbFloatToS31Fix", false, fs, 32, 31, CVT_CALL(ryxsbFloatToS31Fix(FS(s), I(d), n, fl))},
+      {"ryxsbFloatToS1516Fix", false, fs, 32, 16, CVT_CALL(ryxsbFloatToS1516Fix(FS(s), I(d), n, fl))},
+      {"ryxsbIntToFloat", false, ti, 0, 0, CVT_CALL(ryxsbIntToFloat(s, static_cast<float*>(d), n, b, fl))},
+      {"ryxsbFixToFloat", false, tf, 0, 0, CVT_CALL(ryxsbFixToFloat(s, static_cast<float*>(d), n, b, f, fl))},
+      {"ryxsbS7FixToFloat", false, ts, 8, 7, CVT_CALL(ryxsbS7FixToFloat(CSC(s), static_cast<float*>(d), n))},
+      {"ryxsbS15FixToFloat", false, ts, 16, 15, CVT_CALL(ryxsbS15FixToFloat(CW(s), static_cast<float*>(d), n))},
+      {"ryxsbS31FixToFloat", false, ts, 32, 31, CVT_CALL(ryxsbS31FixToFloat(CI(s), static_cast<float*>(d), n))},
+      {"ryxsbS1516FixToFloat", false, ts, 32, 16, CVT_CALL(ryxsbS1516FixToFloat(CI(s), static_cast<float*>(d), n))},
+      {"ryxdbFloatToInt", true, fi, 0, 0, CVT_CALL(ryxdbFloatToInt(FD(s), d, n, b, fl))},
+      {"ryxdbFloatToFix", true, ff, 0, 0, CVT_CALL(ryxdbFloatToFix(FD(s), d, n, b, f, fl))},
+      {"ryxdbFloatToS7Fix", true, fs, 8, 7, CVT_CALL(ryxdbFloatToS7Fix(FD(s), SC(d), n, fl))},
+      {"ryxdbFloaToS15Fix", true, fs, 16, 15, CVT_CALL(ryxdbFloatToS15Fix(FD(s), W(d), n, fl))},
+      {"ryxdbFloaToS31Fix", true, fs, 32, 31, CVT_CALL(ryxdbFloatToS31Fix(FD(s), I(d), n, fl))},
+      {"ryxdbFloatToS1516Fix", true, fs, 32, 16, CVT_CALL(ryxdbFloatToS1516Fix(FD(s), I(d), n, fl))},
+      {"ryxdbIntToFloat", true, ti, 0, 0, CVT_CALL(ryxdbIntToFloat(s, static_cast<double*>(d), n, b, fl))},
+      {"ryxdbFixToFloat", true, tf, 0, 0, CVT_CALL(ryxdbFixToFloat(s, static_cast<double*>(d), n, b, f, fl))},
+      {"ryxdbS7FixToFloat", true, ts, 8, 7, CVT_CALL(ryxdbS7FixToFloat(CSC(s), static_cast<double*>(d), n))},
+      {"ryxdbS15FixToFloat", true, ts, 16, 15, CVT_CALL(ryxdbS15FixToFloat(CW(s), static_cast<double*>(d), n))},
+      {"ryxdbS31FixToFloat", true, ts, 32, 31, CVT_CALL(ryxdbS31FixToFloat(CI(s), static_cast<double*>(d), n))},
+      {"ryxdbS1516FixToFloat", true, ts, 32, 16, CVT_CALL(ryxdbS1516FixToFloat(CI(s), static_cast<double*>(d), n))},
+  };
+}
+#undef CVT_CALL
 
 }  // namespace cvtest

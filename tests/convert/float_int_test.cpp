@@ -9,7 +9,6 @@
 
 #include <cfloat>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -39,45 +38,6 @@ void underState(const FpState& s, F&& f) {
   writeFp(kDefault);
   EXPECT_EQ(after.csr, s.csr);
   EXPECT_EQ(after.cw, s.cw);
-}
-
-// A float-to-integer routine under test; fixed bits and fractBits for the
-// S forms (which are signed), 0 for the parameterised ones.
-template <class T>
-struct Narrow {
-  std::string name;
-  int bits, fractBits;  // 0: taken from the sweep
-  bool fix;             // takes fractBits
-  std::function<void(const T*, void*, int, int, int, int)> call;  // src, dst, len, bits, fractBits, flags
-};
-
-template <class T>
-std::vector<Narrow<T>> narrowRoutines();
-
-template <>
-std::vector<Narrow<float>> narrowRoutines() {
-  using F = const float*;
-  return {
-      {"ryxsbFloatToInt", 0, 0, false, [](F s, void* d, int n, int b, int, int fl) { ryxsbFloatToInt(s, d, n, b, fl); }},
-      {"ryxsbFloatToFix", 0, 0, true, [](F s, void* d, int n, int b, int f, int fl) { ryxsbFloatToFix(s, d, n, b, f, fl); }},
-      {"ryxsbFloatToS7Fix", 8, 7, true, [](F s, void* d, int n, int, int, int fl) { ryxsbFloatToS7Fix(s, static_cast<signed char*>(d), n, fl); }},
-      {"ryxsbFloatToS15Fix", 16, 15, true, [](F s, void* d, int n, int, int, int fl) { ryxsbFloatToS15Fix(s, static_cast<short*>(d), n, fl); }},
-      {"ryxsbFloatToS31Fix", 32, 31, true, [](F s, void* d, int n, int, int, int fl) { ryxsbFloatToS31Fix(s, static_cast<int*>(d), n, fl); }},
-      {"ryxsbFloatToS1516Fix", 32, 16, true, [](F s, void* d, int n, int, int, int fl) { ryxsbFloatToS1516Fix(s, static_cast<int*>(d), n, fl); }},
-  };
-}
-
-template <>
-std::vector<Narrow<double>> narrowRoutines() {
-  using F = const double*;
-  return {
-      {"ryxdbFloatToInt", 0, 0, false, [](F s, void* d, int n, int b, int, int fl) { ryxdbFloatToInt(s, d, n, b, fl); }},
-      {"ryxdbFloatToFix", 0, 0, true, [](F s, void* d, int n, int b, int f, int fl) { ryxdbFloatToFix(s, d, n, b, f, fl); }},
-      {"ryxdbFloatToS7Fix", 8, 7, true, [](F s, void* d, int n, int, int, int fl) { ryxdbFloatToS7Fix(s, static_cast<signed char*>(d), n, fl); }},
-      {"ryxdbFloaToS15Fix", 16, 15, true, [](F s, void* d, int n, int, int, int fl) { ryxdbFloatToS15Fix(s, static_cast<short*>(d), n, fl); }},
-      {"ryxdbFloaToS31Fix", 32, 31, true, [](F s, void* d, int n, int, int, int fl) { ryxdbFloatToS31Fix(s, static_cast<int*>(d), n, fl); }},
-      {"ryxdbFloatToS1516Fix", 32, 16, true, [](F s, void* d, int n, int, int, int fl) { ryxdbFloatToS1516Fix(s, static_cast<int*>(d), n, fl); }},
-  };
 }
 
 // Values that probe the rule for one range and scale: integers, halves and
@@ -117,18 +77,18 @@ TYPED_TEST_SUITE(FloatToInteger, SourceTypes);
 TYPED_TEST(FloatToInteger, MatchesTheRule) {
   using T = TypeParam;
   const bool isDouble = sizeof(T) == 8;
-  const std::string stem = isDouble ? "ryxcvrtd" : "ryxcvrts";
   Random rng(isDouble ? 1234 : 4321);
   int calls = 0, mismatches = 0;
   std::string first;
-  for (const Narrow<T>& routine : narrowRoutines<T>()) {
+  for (const Routine& routine : conversionRoutines()) {
+    if (routine.isDouble != isDouble || !routine.fromFloat()) continue;
     for (int bits : {8, 16, 32}) {
       if (routine.bits && bits != routine.bits) continue;
       for (bool uns : {false, true}) {
         if (routine.bits && uns) continue;
         std::vector<int> fracts = {0};
         if (routine.bits) fracts = {routine.fractBits};
-        else if (routine.fix) fracts = {0, 3, uns ? bits : bits - 1};
+        else if (routine.hasFract()) fracts = {0, 3, uns ? bits : bits - 1};
         const IntRange range = rangeOf(bits, uns);
         for (int f : fracts) {
           const std::vector<T> pool = probes<T>(range, f, rng);
@@ -137,7 +97,7 @@ TYPED_TEST(FloatToInteger, MatchesTheRule) {
               const int flags = flagOf(mode) | extra | (uns ? RYX_UnsignedInt : 0);
               const bool clip = extra & RYX_ClipRange, check = extra & RYX_RangeError;
               // Double, 32 bits, exactly truncation + unsigned + check: rounds down.
-              const bool downInstead = isDouble && !routine.fix && bits == 32 &&
+              const bool downInstead = isDouble && routine.shape == Shape::FromFloatInt && bits == 32 &&
                                        flags == (RYX_RoundZero | RYX_UnsignedInt | RYX_RangeError);
               const Mode effective = downInstead ? Mode::Down : mode;
               for (int len : kLengths) {
@@ -146,7 +106,7 @@ TYPED_TEST(FloatToInteger, MatchesTheRule) {
                 Guarded<unsigned char> dst(len * bits / 8, (calls % 3) * 2);
                 for (int i = 0; i < len; ++i) src[i] = pool[rng.bits() % pool.size()];
                 ReportCapture capture;
-                underState(kCallerStates[calls % 3], [&] { routine.call(src.data(), dst.data(), len, bits, f, flags); });
+                underState(kCallerStates[calls % 3], [&] { routine.call(len, src.data(), dst.data(), bits, f, flags); });
                 ++calls;
                 bool anyOut = false;
                 for (int i = 0; i < len; ++i) {
@@ -166,7 +126,7 @@ TYPED_TEST(FloatToInteger, MatchesTheRule) {
                   EXPECT_EQ(reports[0].status, RYX_StsBadArg);
                   EXPECT_EQ(reports[0].funcName, routine.name);
                   EXPECT_EQ(reports[0].context, "A float exceeds an integer");
-                  EXPECT_EQ(reports[0].file, stem);
+                  EXPECT_EQ(reports[0].file, routine.stem());
                   EXPECT_EQ(ryxGetErrStatus(), RYX_StsBadArg);
                 } else {
                   ASSERT_TRUE(reports.empty()) << routine.name << " flags " << flags << " " << reports[0].context;
@@ -235,44 +195,6 @@ TEST(FloatToInteger, DocumentedCases) {
   EXPECT_EQ(u, 4294967295u);
 }
 
-// An integer-to-float routine under test.
-template <class T>
-struct Widen {
-  std::string name;
-  int bits, fractBits;  // fixed for the S forms, else 0
-  bool fix;
-  std::function<void(const void*, T*, int, int, int, int)> call;  // src, dst, len, bits, fractBits, flags
-};
-
-template <class T>
-std::vector<Widen<T>> widenRoutines();
-
-template <>
-std::vector<Widen<float>> widenRoutines() {
-  using D = float*;
-  return {
-      {"ryxsbIntToFloat", 0, 0, false, [](const void* s, D d, int n, int b, int, int fl) { ryxsbIntToFloat(s, d, n, b, fl); }},
-      {"ryxsbFixToFloat", 0, 0, true, [](const void* s, D d, int n, int b, int f, int fl) { ryxsbFixToFloat(s, d, n, b, f, fl); }},
-      {"ryxsbS7FixToFloat", 8, 7, true, [](const void* s, D d, int n, int, int, int) { ryxsbS7FixToFloat(static_cast<const signed char*>(s), d, n); }},
-      {"ryxsbS15FixToFloat", 16, 15, true, [](const void* s, D d, int n, int, int, int) { ryxsbS15FixToFloat(static_cast<const short*>(s), d, n); }},
-      {"ryxsbS31FixToFloat", 32, 31, true, [](const void* s, D d, int n, int, int, int) { ryxsbS31FixToFloat(static_cast<const int*>(s), d, n); }},
-      {"ryxsbS1516FixToFloat", 32, 16, true, [](const void* s, D d, int n, int, int, int) { ryxsbS1516FixToFloat(static_cast<const int*>(s), d, n); }},
-  };
-}
-
-template <>
-std::vector<Widen<double>> widenRoutines() {
-  using D = double*;
-  return {
-      {"ryxdbIntToFloat", 0, 0, false, [](const void* s, D d, int n, int b, int, int fl) { ryxdbIntToFloat(s, d, n, b, fl); }},
-      {"ryxdbFixToFloat", 0, 0, true, [](const void* s, D d, int n, int b, int f, int fl) { ryxdbFixToFloat(s, d, n, b, f, fl); }},
-      {"ryxdbS7FixToFloat", 8, 7, true, [](const void* s, D d, int n, int, int, int) { ryxdbS7FixToFloat(static_cast<const signed char*>(s), d, n); }},
-      {"ryxdbS15FixToFloat", 16, 15, true, [](const void* s, D d, int n, int, int, int) { ryxdbS15FixToFloat(static_cast<const short*>(s), d, n); }},
-      {"ryxdbS31FixToFloat", 32, 31, true, [](const void* s, D d, int n, int, int, int) { ryxdbS31FixToFloat(static_cast<const int*>(s), d, n); }},
-      {"ryxdbS1516FixToFloat", 32, 16, true, [](const void* s, D d, int n, int, int, int) { ryxdbS1516FixToFloat(static_cast<const int*>(s), d, n); }},
-  };
-}
-
 template <class T>
 class IntegerToFloat : public ::testing::Test {};
 TYPED_TEST_SUITE(IntegerToFloat, SourceTypes);
@@ -285,7 +207,8 @@ TYPED_TEST(IntegerToFloat, RoundsTheExactValueOnce) {
   Random rng(99);
   int mismatches = 0;
   std::string first;
-  for (const Widen<T>& routine : widenRoutines<T>()) {
+  for (const Routine& routine : conversionRoutines()) {
+    if (routine.isDouble != (sizeof(T) == 8) || routine.fromFloat()) continue;
     for (int bits : {8, 16, 32}) {
       if (routine.bits && bits != routine.bits) continue;
       for (bool uns : {false, true}) {
@@ -307,13 +230,13 @@ TYPED_TEST(IntegerToFloat, RoundsTheExactValueOnce) {
         }
         std::vector<int> fracts = {0};
         if (routine.bits) fracts = {routine.fractBits};
-        else if (routine.fix) fracts = {0, 5, uns ? bits : bits - 1};
+        else if (routine.hasFract()) fracts = {0, 5, uns ? bits : bits - 1};
         for (int f : fracts) {
           const int len = static_cast<int>(values.size());
           Guarded<unsigned char> src(len * bits / 8, 3);
           Guarded<T> dst(len, static_cast<int>(sizeof(T)));
           for (int i = 0; i < len; ++i) writeInt(src.data(), i, bits, values[i]);
-          routine.call(src.data(), dst.data(), len, bits, f, uns ? RYX_UnsignedInt : 0);
+          routine.call(len, src.data(), dst.data(), bits, f, uns ? RYX_UnsignedInt : 0);
           for (int i = 0; i < len; ++i) {
             const T want = static_cast<T>(std::ldexp(values[i], -f));
             if (!ryxtest::sameBits(&dst[i], &want, 1) && mismatches++ == 0)
