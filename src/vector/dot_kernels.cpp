@@ -1,25 +1,14 @@
-// Float dot-product kernels on SSE2 lanes (see dot_kernels.h). Loads are
-// unaligned, so array bases may have any alignment.
+// Float dot-product kernels on SSE2 lanes and the choice of form (see
+// dot_kernels.h). Loads are unaligned, so array bases may have any
+// alignment.
 #include "vector/dot_kernels.h"
 
-#include <emmintrin.h>
+#include "frame/cpu_dispatch.h"
+#include "vector/dot_lanes.h"
 
 namespace ryx::dot {
-namespace {
 
-inline void prefetchBelow(const float* p) {
-  _mm_prefetch(reinterpret_cast<const char*>(p) - 48, _MM_HINT_T0);
-  _mm_prefetch(reinterpret_cast<const char*>(p) - 64, _MM_HINT_T0);
-}
-
-// Lanes (x0, x1, x2, x3): (x0 + x2) + (x1 + x3).
-inline float laneSum(__m128 s) {
-  s = _mm_add_ps(s, _mm_movehl_ps(s, s));
-  s = _mm_add_ss(s, _mm_shuffle_ps(s, s, 1));
-  return _mm_cvtss_f32(s);
-}
-
-}  // namespace
+namespace sse2 {
 
 float dotF32(const float* a, const float* b, int n) {
   const int rest = n & 7;
@@ -34,15 +23,12 @@ float dotF32(const float* a, const float* b, int n) {
     }
     total = laneSum(_mm_add_ps(acc0, acc1));
   }
-  for (int i = 0; i < rest; ++i) total += a[i] * b[i];
-  return total;
+  return addTail(total, a, b, rest);
 }
 
 SCplx dotC32(const SCplx* a, const SCplx* b, int n) {
   const float* pa = &a[0].re;
   const float* pb = &b[0].re;
-  // Two pairs of accumulators, four complex per turn, so that two chains of
-  // additions run side by side.
   __m128 plain0 = _mm_setzero_ps(), swapped0 = _mm_setzero_ps();
   __m128 plain1 = _mm_setzero_ps(), swapped1 = _mm_setzero_ps();
   int i = 0;
@@ -54,21 +40,22 @@ SCplx dotC32(const SCplx* a, const SCplx* b, int n) {
     plain1 = _mm_add_ps(plain1, _mm_mul_ps(a1, b1));
     swapped1 = _mm_add_ps(swapped1, _mm_mul_ps(a1, _mm_shuffle_ps(b1, b1, _MM_SHUFFLE(2, 3, 0, 1))));
   }
-  if (i + 2 <= n) {
-    const __m128 a0 = _mm_loadu_ps(pa + 2 * i), b0 = _mm_loadu_ps(pb + 2 * i);
-    plain0 = _mm_add_ps(plain0, _mm_mul_ps(a0, b0));
-    swapped0 = _mm_add_ps(swapped0, _mm_mul_ps(a0, _mm_shuffle_ps(b0, b0, _MM_SHUFFLE(2, 3, 0, 1))));
-    i += 2;
-  }
-  alignas(16) float p[4], s[4];
-  _mm_store_ps(p, _mm_add_ps(plain0, plain1));
-  _mm_store_ps(s, _mm_add_ps(swapped0, swapped1));
-  SCplx r{(p[0] - p[1]) + (p[2] - p[3]), (s[0] + s[1]) + (s[2] + s[3])};
-  if (i < n) {
-    r.re += a[i].re * b[i].re - a[i].im * b[i].im;
-    r.im += a[i].re * b[i].im + a[i].im * b[i].re;
-  }
-  return r;
+  return finishComplex(plain0, swapped0, plain1, swapped1, a, b, i, n);
+}
+
+}  // namespace sse2
+
+// The wide forms pay from a few turns on.
+constexpr int kWideFrom = 32;
+
+float dotF32(const float* a, const float* b, int n) {
+  if (n >= kWideFrom && cpu::allows(cpu::Isa::Avx2)) return avx2::dotF32(a, b, n);
+  return sse2::dotF32(a, b, n);
+}
+
+SCplx dotC32(const SCplx* a, const SCplx* b, int n) {
+  if (n >= kWideFrom && cpu::allows(cpu::Isa::Avx2)) return avx2::dotC32(a, b, n);
+  return sse2::dotC32(a, b, n);
 }
 
 SCplx dotRealC32(const float* r, const SCplx* c, int n) {

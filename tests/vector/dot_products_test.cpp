@@ -10,7 +10,9 @@
 #include <cstring>
 #include <vector>
 
+#include "frame/cpu_dispatch.h"
 #include "test_support.h"
+#include "vector/dot_kernels.h"
 
 namespace {
 
@@ -83,6 +85,74 @@ TEST(DotFloat, AgainstLongDoubleSums) {
   sweep("ryxzDotProd", ryxzDotProd, d, 2);
   sweep("ryxdzDotProd", ryxdzDotProd, d, 2);
   sweep("ryxzdDotProd", ryxzdDotProd, d, 2);
+}
+
+// The documented lane order of the float kernel, one lane at a time.
+float laneModel(const float* a, const float* b, int n) {
+  const int rest = n % 8;
+  float total = 0.0f;
+  if (n >= 8) {
+    float lane[8] = {};
+    for (int i = n - 8; i >= rest; i -= 8)
+      for (int k = 0; k < 8; ++k) lane[k] += a[i + k] * b[i + k];
+    float s[4];
+    for (int k = 0; k < 4; ++k) s[k] = lane[k] + lane[k + 4];
+    total = (s[0] + s[2]) + (s[1] + s[3]);
+  }
+  for (int i = 0; i < rest; ++i) total += a[i] * b[i];
+  return total;
+}
+
+// The complex kernel's lanes: two halves of a four-complex turn, each with
+// plain (re*re, im*im) and swapped (re*im, im*re) lanes.
+SCplx complexLaneModel(const SCplx* a, const SCplx* b, int n) {
+  float plain[8] = {}, swapped[8] = {};
+  const auto add = [&](int at, int base) {
+    plain[base] += a[at].re * b[at].re, plain[base + 1] += a[at].im * b[at].im;
+    swapped[base] += a[at].re * b[at].im, swapped[base + 1] += a[at].im * b[at].re;
+  };
+  int i = 0;
+  for (; i + 4 <= n; i += 4)
+    for (int j = 0; j < 4; ++j) add(i + j, (j / 2) * 4 + (j % 2) * 2);
+  if (i + 2 <= n) add(i, 0), add(i + 1, 2), i += 2;
+  float p[4], q[4];
+  for (int k = 0; k < 4; ++k) p[k] = plain[k] + plain[k + 4], q[k] = swapped[k] + swapped[k + 4];
+  SCplx r{(p[0] - p[1]) + (p[2] - p[3]), (q[0] + q[1]) + (q[2] + q[3])};
+  if (i < n) r.re += a[i].re * b[i].re - a[i].im * b[i].im, r.im += a[i].re * b[i].im + a[i].im * b[i].re;
+  return r;
+}
+
+// Each instruction-set form, called directly, and the exported routines
+// under each dispatch cap follow the lane order bit for bit.
+TEST(DotFloat, EveryKernelFormFollowsTheLaneOrder) {
+  const bool avx2 = __builtin_cpu_supports("avx2");
+  Random rng(61);
+  for (int n : kLengths) {
+    for (int offset : {0, 4}) {
+      Guarded<float> a(n, offset), b(n, 8 - offset);
+      Guarded<SCplx> c(n, offset), d(n, 8 - offset);
+      fill(a, rng), fill(b, rng), fill(c, rng), fill(d, rng);
+      const float want = laneModel(a.data(), b.data(), n);
+      const SCplx wantC = complexLaneModel(c.data(), d.data(), n);
+      const auto same = [](SCplx x, SCplx y) { return ryxtest::sameBits(&x, &y, 1); };
+      const float base = ryx::dot::sse2::dotF32(a.data(), b.data(), n);
+      ASSERT_TRUE(ryxtest::sameBits(&want, &base, 1)) << n;
+      ASSERT_TRUE(same(wantC, ryx::dot::sse2::dotC32(c.data(), d.data(), n))) << n;
+      if (avx2) {
+        const float wide = ryx::dot::avx2::dotF32(a.data(), b.data(), n);
+        ASSERT_TRUE(ryxtest::sameBits(&want, &wide, 1)) << n;
+        ASSERT_TRUE(same(wantC, ryx::dot::avx2::dotC32(c.data(), d.data(), n))) << n;
+      }
+      for (auto cap : {ryx::cpu::Isa::Sse2, ryx::cpu::Isa::Avx512}) {
+        ryx::cpu::setCap(cap);
+        const float got = ryxsDotProd(a.data(), b.data(), n);
+        EXPECT_TRUE(ryxtest::sameBits(&want, &got, 1)) << n;
+        EXPECT_TRUE(same(wantC, ryxcDotProd(c.data(), d.data(), n))) << n;
+      }
+      ryx::cpu::setCap(ryx::cpu::Isa::Avx512);
+    }
+  }
+  if (!avx2) GTEST_SKIP() << "no AVX2 on this CPU: only the SSE2 form ran";
 }
 
 TEST(DotFloat, OutFormsWriteTheValueForm) {
