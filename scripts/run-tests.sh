@@ -6,7 +6,7 @@
 #   RYX_BUILD_ROOT=build             where the build trees go
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup-packages.sh g++ g++-multilib cmake make googletest ccache binutils
+scripts/setup-packages.sh g++ g++-multilib cmake make googletest ccache binutils pkg-config
 
 export CCACHE_DIR=${CCACHE_DIR:-$HOME/.cache/ryxcore-ccache}
 jobs=$(nproc)
@@ -27,6 +27,7 @@ for b in $builds; do
   cmake -S . -B "$root/$b" "${flags[@]}" -DRYX_EXAMPLES=OFF >"$root/$b.log" 2>&1 || { cat "$root/$b.log"; exit 1; }
   cmake --build "$root/$b" -j"$jobs" >>"$root/$b.log" 2>&1 || { tail -60 "$root/$b.log"; exit 1; }
   echo "   built in $((SECONDS - start)) s"
+  if [ "$b" = i386 ]; then scripts/enable-i386.sh; fi
   out=$(mktemp)
   set +e
   (cd "$root/$b" && ASAN_OPTIONS=detect_leaks=1:halt_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
