@@ -103,7 +103,7 @@ TYPED_TEST(FloatToInteger, MatchesTheRule) {
               for (int len : kLengths) {
                 const int offset = static_cast<int>(sizeof(T)) * (calls % 8);
                 Guarded<T> src(len, offset);
-                Guarded<unsigned char> dst(len * bits / 8, (calls % 3) * 2);
+                Guarded<unsigned char> dst(len * bits / 8, (calls % 3) * bits / 8);  // 0-2 elements off
                 for (int i = 0; i < len; ++i) src[i] = pool[rng.bits() % pool.size()];
                 ReportCapture capture;
                 underState(kCallerStates[calls % 3], [&] { routine.call(len, src.data(), dst.data(), bits, f, flags); });
@@ -233,7 +233,7 @@ TYPED_TEST(IntegerToFloat, RoundsTheExactValueOnce) {
         else if (routine.hasFract()) fracts = {0, 5, uns ? bits : bits - 1};
         for (int f : fracts) {
           const int len = static_cast<int>(values.size());
-          Guarded<unsigned char> src(len * bits / 8, 3);
+          Guarded<unsigned char> src(len * bits / 8, 3 * bits / 8);
           Guarded<T> dst(len, static_cast<int>(sizeof(T)));
           for (int i = 0; i < len; ++i) writeInt(src.data(), i, bits, values[i]);
           routine.call(len, src.data(), dst.data(), bits, f, uns ? RYX_UnsignedInt : 0);
