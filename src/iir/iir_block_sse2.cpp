@@ -23,7 +23,7 @@ struct Wavefront {
   __m128 a1, a2b2, a2, a1b1;  // one section a lane
   __m128 d0, d1;
 
-  Wavefront(const float *rows, const float *d) {
+  Wavefront(const float* rows, const float* d) {
     alignas(16) float c[4][4] = {};
     alignas(16) float s0[4] = {}, s1[4] = {};
     for (int k = 0; k < G; ++k) {
@@ -39,7 +39,7 @@ struct Wavefront {
     d1 = _mm_load_ps(s1);
   }
 
-  void store(float *d) const {
+  void store(float* d) const {
     alignas(16) float s0[4], s1[4];
     _mm_store_ps(s0, d0);
     _mm_store_ps(s1, d1);
@@ -83,7 +83,7 @@ inline float lane(__m128 v, int k) {
 // of the group before). in may equal out: the output of step i lands at
 // i-G+1, behind every input still to be read.
 template <int G>
-void runGroup(const float *rows, float *d, const float *gain, const float *in, float *out, int n) {
+void runGroup(const float* rows, float* d, const float* gain, const float* in, float* out, int n) {
   Wavefront<G> wf(rows, d);
   auto input = [&](int i) { return i < n ? (gain != nullptr ? *gain * in[i] : in[i]) : 0.0f; };
   const __m128i laneIndex = _mm_set_epi32(3, 2, 1, 0);
@@ -121,7 +121,7 @@ void runGroup(const float *rows, float *d, const float *gain, const float *in, f
 // The line advanced by four samples: d[i] = d[i+4] + P0[i+4] + P1[i+3] +
 // P2[i+2] + P3[i+1], Pk[j] = b[j]*xk - a[j]*yk, with d beyond the line and
 // P beyond the order counting as zero. Rows hold b and a from index 1.
-void sweep(const float *rb, const float *ra, int order, float *d, const float *x, const float *y) {
+void sweep(const float* rb, const float* ra, int order, float* d, const float* x, const float* y) {
   int i = 0;
   const __m128 x0 = _mm_set1_ps(x[0]), x1 = _mm_set1_ps(x[1]), x2 = _mm_set1_ps(x[2]), x3 = _mm_set1_ps(x[3]);
   const __m128 y0 = _mm_set1_ps(y[0]), y1 = _mm_set1_ps(y[1]), y2 = _mm_set1_ps(y[2]), y3 = _mm_set1_ps(y[3]);
@@ -149,15 +149,15 @@ void sweep(const float *rb, const float *ra, int order, float *d, const float *x
 
 }  // namespace
 
-void bqBlockReal(const float *t, int numQuads, float *d, const float *src, float *dst, int n) {
+void bqBlockReal(const float* t, int numQuads, float* d, const float* src, float* dst, int n) {
   if (n <= 0) return;
-  const float *rows = bqRows(t, numQuads);
-  const float *gain = t;
-  const float *in = src;
+  const float* rows = bqRows(t, numQuads);
+  const float* gain = t;
+  const float* in = src;
   for (int q = 0; q < numQuads; q += 4) {
     const int g = numQuads - q < 4 ? numQuads - q : 4;
-    const float *r = rows + 4 * q;
-    float *line = d + 2 * q;
+    const float* r = rows + 4 * q;
+    float* line = d + 2 * q;
     switch (g) {
       case 1:
         runGroup<1>(r, line, gain, in, dst, n);
@@ -177,13 +177,13 @@ void bqBlockReal(const float *t, int numQuads, float *d, const float *src, float
   }
 }
 
-int arbBlockReal(const float *t, int order, float *d, const float *src, float *dst, int n) {
+int arbBlockReal(const float* t, int order, float* d, const float* src, float* dst, int n) {
   const ArbRows<float> r = arbRows(t, order);
   const float b0 = t[0], b1 = t[1], b2 = t[2], b3 = t[3];
   const float a1 = t[order + 1], a2 = t[order + 2], a3 = t[order + 3];
   int k = 0;
   for (; k + 4 <= n; k += 4) {
-    const float *x = src + k;
+    const float* x = src + k;
     alignas(16) float xs[4] = {x[0], x[1], x[2], x[3]};
     alignas(16) float bx[4];
     _mm_store_ps(bx, _mm_mul_ps(_mm_set1_ps(b0), _mm_load_ps(xs)));

@@ -9,13 +9,13 @@
 
 namespace ryx::iir {
 
-inline bool passReported(const Site &site, std::initializer_list<Check> checks) {
-  for (const Check &c : checks) {
+inline bool passReported(const Site& site, std::initializer_list<Check> checks) {
+  for (const Check& c : checks) {
     if (c.fails) ryxError(RYX_StsBadArg, site.name, c.context, site.file, c.line);
   }
   return ryxGetErrStatus() >= 0;
 }
 
-constexpr const char *kNoMemText = "insufficiency of memory for IIR filter state";
+constexpr const char* kNoMemText = "insufficiency of memory for IIR filter state";
 
 }  // namespace ryx::iir

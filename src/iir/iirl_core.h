@@ -69,7 +69,7 @@ inline DCplx diff(DCplx a, DCplx b) { return {a.re - b.re, a.im - b.im}; }
 // Arbitrary order, in place: b[0..order] at 0..order, a[i] moves from
 // order+1+i down to order+i; the last element keeps its value.
 template <class H>
-void normaliseArb(H *t, int order) {
+void normaliseArb(H* t, int order) {
   const H f = recip(t[order + 1]);
   for (int i = 0; i <= order; ++i) t[i] = scale(t[i], f);
   for (int i = 1; i <= order; ++i) t[order + i] = scale(t[order + 1 + i], f);
@@ -77,7 +77,7 @@ void normaliseArb(H *t, int order) {
 
 // Index of the first zero a0 or b0 of a cascade, or -1.
 template <class H>
-int firstZeroLead(const H *t, int numQuads) {
+int firstZeroLead(const H* t, int numQuads) {
   for (int q = 0; q < numQuads; ++q) {
     if (isZero(t[6 * q]) || isZero(t[6 * q + 3])) return q;
   }
@@ -88,14 +88,14 @@ int firstZeroLead(const H *t, int numQuads) {
 // taps a section (dst); dst may be src, since each section is read whole
 // before its four elements, which lie below the next section, are written.
 template <class H>
-void normaliseBq(const H *src, H *dst, int numQuads) {
+void normaliseBq(const H* src, H* dst, int numQuads) {
   H gain = unit<H>();
   for (int q = 0; q < numQuads; ++q) {
-    const H *s = src + 6 * q;
+    const H* s = src + 6 * q;
     const H b0 = s[0], b1 = s[1], b2 = s[2], a0 = s[3], a1 = s[4], a2 = s[5];
     const H rb = recip(b0);
     const H ra = recip(a0);
-    H *o = dst + 1 + 4 * q;
+    H* o = dst + 1 + 4 * q;
     o[0] = scale(a1, ra);
     o[1] = scale(a2, ra);
     o[2] = scale(b1, rb);
@@ -121,29 +121,29 @@ inline int bqTableCount(int numQuads) { return 16 * numQuads + 4; }
 
 template <class H>
 struct ArbRows {
-  const H *b;  // b[1..order]
-  const H *a;  // a[1..order]
+  const H* b;  // b[1..order]
+  const H* a;  // a[1..order]
 };
 
 template <class H>
-ArbRows<H> arbRows(const H *t, int order) {
-  const H *plainB = t + arbTapSpan(order) + 8 * order;
+ArbRows<H> arbRows(const H* t, int order) {
+  const H* plainB = t + arbTapSpan(order) + 8 * order;
   return {plainB, plainB + 4 * ceil4(order)};
 }
 
 template <class H>
-const H *bqRows(const H *t, int numQuads) {
+const H* bqRows(const H* t, int numQuads) {
   return t + 4 * numQuads + 4;
 }
 
 // Fills the tables of an array already holding the normalised taps and
 // zeros elsewhere.
 template <class H>
-void fillArbTables(H *t, int order) {
-  H *fourB = t + arbTapSpan(order);
-  H *fourA = fourB + 4 * order;
-  H *plainB = fourA + 4 * order;
-  H *plainA = plainB + 4 * ceil4(order);
+void fillArbTables(H* t, int order) {
+  H* fourB = t + arbTapSpan(order);
+  H* fourA = fourB + 4 * order;
+  H* plainB = fourA + 4 * order;
+  H* plainA = plainB + 4 * ceil4(order);
   for (int i = 1; i <= order; ++i) {
     for (int k = 0; k < 4; ++k) {
       fourB[4 * (i - 1) + k] = t[i];
@@ -155,11 +155,11 @@ void fillArbTables(H *t, int order) {
 }
 
 template <class H>
-void fillBqTables(H *t, int numQuads) {
-  H *rows = t + 4 * numQuads + 4;
-  H *twice = rows + 4 * numQuads;
+void fillBqTables(H* t, int numQuads) {
+  H* rows = t + 4 * numQuads + 4;
+  H* twice = rows + 4 * numQuads;
   for (int q = 0; q < numQuads; ++q) {
-    const H *s = t + 1 + 4 * q;
+    const H* s = t + 1 + 4 * q;
     const H a1 = s[0], a2 = s[1], b1 = s[2], b2 = s[3];
     const H row[4] = {a1, diff(a2, b2), a2, diff(a1, b1)};
     for (int k = 0; k < 4; ++k) {
@@ -175,7 +175,7 @@ void fillBqTables(H *t, int numQuads) {
 
 // Transposed direct form II; order 0 leaves the line alone.
 template <class S, class H>
-OutOf<S, H> plainArbStep(int order, const H *t, OutOf<S, H> *d, S x) {
+OutOf<S, H> plainArbStep(int order, const H* t, OutOf<S, H>* d, S x) {
   using O = OutOf<S, H>;
   const auto xe = lift<ld>(x);
   if (order == 0) return narrow<O>(lift<ld>(t[0]) * xe);
@@ -190,11 +190,11 @@ OutOf<S, H> plainArbStep(int order, const H *t, OutOf<S, H> *d, S x) {
 
 // Direct form II per section, b0 and a0 in the gain.
 template <class S, class H>
-OutOf<S, H> plainBqStep(int numQuads, const H *t, OutOf<S, H> *d, S x) {
+OutOf<S, H> plainBqStep(int numQuads, const H* t, OutOf<S, H>* d, S x) {
   using O = OutOf<S, H>;
   auto y = lift<ld>(t[0]) * lift<ld>(x);
   for (int q = 0; q < numQuads; ++q) {
-    const H *s = t + 1 + 4 * q;
+    const H* s = t + 1 + 4 * q;
     const auto d0 = lift<ld>(d[2 * q]);
     const auto d1 = lift<ld>(d[2 * q + 1]);
     const auto w = y - lift<ld>(s[0]) * d0 - lift<ld>(s[1]) * d1;
@@ -211,7 +211,7 @@ OutOf<S, H> plainBqStep(int numQuads, const H *t, OutOf<S, H> *d, S x) {
 // One sample through the arbitrary order with the plain rows:
 // y = b[0]*x + d[0], then d[i-1] = (d[i] + b[i]*x) - a[i]*y, d[order] = 0.
 template <class S, class H>
-OutOf<S, H> tableArbStep(int order, const H *t, OutOf<S, H> *d, S x) {
+OutOf<S, H> tableArbStep(int order, const H* t, OutOf<S, H>* d, S x) {
   using O = OutOf<S, H>;
   using V = Work<O, float>;
   const ArbRows<H> r = arbRows(t, order);
@@ -229,12 +229,12 @@ OutOf<S, H> tableArbStep(int order, const H *t, OutOf<S, H> *d, S x) {
 // w = (y - a1*d0) - a2*d1 and y' = (y - (a1-b1)*d0) - (a2-b2)*d1, so the
 // output of a section does not wait for w.
 template <class S, class H>
-OutOf<S, H> tableBqStep(int numQuads, const H *t, OutOf<S, H> *d, S x) {
+OutOf<S, H> tableBqStep(int numQuads, const H* t, OutOf<S, H>* d, S x) {
   using O = OutOf<S, H>;
-  const H *rows = bqRows(t, numQuads);
+  const H* rows = bqRows(t, numQuads);
   auto y = lift<float>(t[0]) * lift<float>(x);
   for (int q = 0; q < numQuads; ++q) {
-    const H *r = rows + 4 * q;
+    const H* r = rows + 4 * q;
     const auto d0 = lift<float>(d[2 * q]);
     const auto d1 = lift<float>(d[2 * q + 1]);
     const auto w = (y - lift<float>(r[0]) * d0) - lift<float>(r[2]) * d1;
@@ -250,18 +250,18 @@ OutOf<S, H> tableBqStep(int numQuads, const H *t, OutOf<S, H> *d, S x) {
 
 // The cascade with tables over n samples, bit for bit tableBqStep per
 // sample. src may equal dst.
-void bqBlockReal(const float *t, int numQuads, float *d, const float *src, float *dst, int n);
+void bqBlockReal(const float* t, int numQuads, float* d, const float* src, float* dst, int n);
 
 // The arbitrary order with tables from order 3, four samples a pass;
 // returns the samples done, a multiple of four.
-int arbBlockReal(const float *t, int order, float *d, const float *src, float *dst, int n);
+int arbBlockReal(const float* t, int order, float* d, const float* src, float* dst, int n);
 
 // ---- Dispatch
 // -------------------------------------------------------------------------------
 
 template <class S, class H>
-OutOf<S, H> iirlStep(const RyxIirTapState *ts, OutOf<S, H> *d, S x) {
-  const H *t = static_cast<const H *>(ts->taps);
+OutOf<S, H> iirlStep(const RyxIirTapState* ts, OutOf<S, H>* d, S x) {
+  const H* t = static_cast<const H*>(ts->taps);
   const int order = ts->order;
   if constexpr (isFloatType<S>) {
     if (ts->tapForm == kBiquadTables) return tableBqStep<S, H>(order / 2, t, d, x);
@@ -272,10 +272,10 @@ OutOf<S, H> iirlStep(const RyxIirTapState *ts, OutOf<S, H> *d, S x) {
 }
 
 template <class S, class H>
-void iirlBlock(const RyxIirTapState *ts, OutOf<S, H> *d, const S *src, OutOf<S, H> *dst, int n) {
+void iirlBlock(const RyxIirTapState* ts, OutOf<S, H>* d, const S* src, OutOf<S, H>* dst, int n) {
   int done = 0;
   if constexpr (std::is_same_v<S, float> && std::is_same_v<H, float>) {
-    const float *t = static_cast<const float *>(ts->taps);
+    const float* t = static_cast<const float*>(ts->taps);
     if (ts->tapForm == kBiquadTables) {
       bqBlockReal(t, ts->order / 2, d, src, dst, n);
       return;

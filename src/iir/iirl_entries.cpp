@@ -16,18 +16,18 @@
 namespace ryx::iir {
 namespace {
 
-constexpr const char *kFloatStem = "mvqiirl";
-constexpr const char *kDoubleStem = "ryxiirl";
+constexpr const char* kFloatStem = "mvqiirl";
+constexpr const char* kDoubleStem = "ryxiirl";
 
 template <class T>
-constexpr const char *stemOf() {
+constexpr const char* stemOf() {
   return isFloatType<T> ? kFloatStem : kDoubleStem;
 }
 
-constexpr const char *kInnerNull = "*((float**)taps)==0";
-constexpr const char *kZeroLead = "taps[?] equals zero";
+constexpr const char* kInnerNull = "*((float**)taps)==0";
+constexpr const char* kZeroLead = "taps[?] equals zero";
 
-void setRecord(RyxIirTapState *ts, int order, void *taps, int iirType, int tapForm) {
+void setRecord(RyxIirTapState* ts, int order, void* taps, int iirType, int tapForm) {
   ts->order = order;
   ts->taps = taps;
   ts->iirType = iirType;
@@ -38,16 +38,16 @@ void setRecord(RyxIirTapState *ts, int order, void *taps, int iirType, int tapFo
 // The caller's array behind `taps`: the array itself, or under iirType 2
 // the array whose address `taps` holds.
 template <class H>
-H *&innerPointer(H *taps) {
-  return *reinterpret_cast<H **>(taps);
+H*& innerPointer(H* taps) {
+  return *reinterpret_cast<H**>(taps);
 }
 
 // Tap arrays of the float forms with tables, zero-filled.
 template <class H>
-H *allocTables(int count) {
-  H *p;
+H* allocTables(int count) {
+  H* p;
   if constexpr (std::is_same_v<H, float>) {
-    p = reinterpret_cast<float *>(ryxiMalloc(static_cast<unsigned>(count)));
+    p = reinterpret_cast<float*>(ryxiMalloc(static_cast<unsigned>(count)));
   } else {
     static_assert(std::is_same_v<H, SCplx>, "tables exist for the float forms only");
     p = ryxcMalloc(static_cast<unsigned>(count));
@@ -59,7 +59,7 @@ H *allocTables(int count) {
 // The common checks of Init and InitBq; `count` is the order or the number
 // of sections, with the row that tests it.
 template <class H>
-bool passInitRows(const Site &site, int iirType, H *taps, const Check &countRow, RyxIirTapState *ts) {
+bool passInitRows(const Site& site, int iirType, H* taps, const Check& countRow, RyxIirTapState* ts) {
   const bool inner = iirType == 2 && taps != nullptr && innerPointer(taps) == nullptr;
   if constexpr (isFloatType<H>) {
     return passReported(site, {{ts == nullptr, "tapStPtr==0"},
@@ -77,7 +77,7 @@ bool passInitRows(const Site &site, int iirType, H *taps, const Check &countRow,
 }
 
 template <class H>
-bool passLeadRow(const Site &site, const Check &row) {
+bool passLeadRow(const Site& site, const Check& row) {
   if constexpr (isFloatType<H>) {
     return passReported(site, {row});
   } else {
@@ -86,12 +86,12 @@ bool passLeadRow(const Site &site, const Check &row) {
 }
 
 template <class H>
-void init(const char *name, int iirType, H *taps, int order, RyxIirTapState *ts) {
+void init(const char* name, int iirType, H* taps, int order, RyxIirTapState* ts) {
   const Site site{name, stemOf<H>()};
   const Check orderRow = isFloatType<H> ? Check{order < 0, "Order < 0"} : Check{order < 0, "order < 0"};
   if (!passInitRows(site, iirType, taps, orderRow, ts)) return;
-  H *src = iirType == 2 ? innerPointer(taps) : taps;
-  const char *zeroText = isFloatType<H> ? kZeroLead : "taps[order+1] equals zero";
+  H* src = iirType == 2 ? innerPointer(taps) : taps;
+  const char* zeroText = isFloatType<H> ? kZeroLead : "taps[order+1] equals zero";
   if (!passLeadRow<H>(site, {isZero(src[order + 1]), zeroText})) return;
   if (iirType != 2 || !isFloatType<H>) {
     if (iirType == 2) innerPointer(taps) = nullptr;
@@ -100,7 +100,7 @@ void init(const char *name, int iirType, H *taps, int order, RyxIirTapState *ts)
     return;
   }
   if constexpr (isFloatType<H>) {
-    H *own = allocTables<H>(arbTableCount(order));
+    H* own = allocTables<H>(arbTableCount(order));
     if (own == nullptr) {
       reportNoMem(site, kNoMemText);
       return;
@@ -114,11 +114,11 @@ void init(const char *name, int iirType, H *taps, int order, RyxIirTapState *ts)
 }
 
 template <class H>
-void initBq(const char *name, int iirType, H *taps, int numQuads, RyxIirTapState *ts) {
+void initBq(const char* name, int iirType, H* taps, int numQuads, RyxIirTapState* ts) {
   const Site site{name, stemOf<H>()};
   const Check countRow = isFloatType<H> ? Check{numQuads < 1, "NumQuads <= 0"} : Check{numQuads < 1, "numQuads <= 0"};
   if (!passInitRows(site, iirType, taps, countRow, ts)) return;
-  H *src = iirType == 2 ? innerPointer(taps) : taps;
+  H* src = iirType == 2 ? innerPointer(taps) : taps;
   if (!passLeadRow<H>(site, {firstZeroLead(src, numQuads) >= 0, kZeroLead})) return;
   if (iirType != 2 || !isFloatType<H>) {
     if (iirType == 2) innerPointer(taps) = nullptr;
@@ -127,7 +127,7 @@ void initBq(const char *name, int iirType, H *taps, int numQuads, RyxIirTapState
     return;
   }
   if constexpr (isFloatType<H>) {
-    H *own = allocTables<H>(bqTableCount(numQuads));
+    H* own = allocTables<H>(bqTableCount(numQuads));
     if (own == nullptr) {
       reportNoMem(site, kNoMemText);
       return;
@@ -139,12 +139,12 @@ void initBq(const char *name, int iirType, H *taps, int numQuads, RyxIirTapState
   }
 }
 
-bool isSetUp(const RyxIirTapState *ts) {
+bool isSetUp(const RyxIirTapState* ts) {
   return ts->taps != nullptr && ts->tapForm >= kArb && ts->tapForm <= kBiquadTables;
 }
 
 template <class D>
-void initDlyl(const char *name, const RyxIirTapState *ts, D *dlyl, RyxIirDlyState *ds) {
+void initDlyl(const char* name, const RyxIirTapState* ts, D* dlyl, RyxIirDlyState* ds) {
   const Site site{name, stemOf<D>()};
   const bool badTaps = ts != nullptr && !isSetUp(ts);
   const bool noLine = ts != nullptr && ts->order > 0 && dlyl == nullptr;
@@ -160,8 +160,8 @@ void initDlyl(const char *name, const RyxIirTapState *ts, D *dlyl, RyxIirDlyStat
 // The checks of every filter; src and dst are null-tested in the block
 // forms only.
 template <class S, class H>
-bool passFilter(const char *name, const RyxIirTapState *ts, const RyxIirDlyState *ds, bool block, const void *src,
-                const void *dst, int numIters) {
+bool passFilter(const char* name, const RyxIirTapState* ts, const RyxIirDlyState* ds, bool block, const void* src,
+                const void* dst, int numIters) {
   const bool badTaps = ts != nullptr && !isSetUp(ts);
   const bool noLine = ts != nullptr && ds != nullptr && ts->order > 0 && ds->dlyl == nullptr;
   return passReported({name, stemOf<S>()}, {{ts == nullptr, "tapStPtr==0"},
@@ -174,12 +174,12 @@ bool passFilter(const char *name, const RyxIirTapState *ts, const RyxIirDlyState
 }
 
 template <class S, class H>
-OutOf<S, H> *lineOf(RyxIirDlyState *ds) {
-  return static_cast<OutOf<S, H> *>(ds->dlyl);
+OutOf<S, H>* lineOf(RyxIirDlyState* ds) {
+  return static_cast<OutOf<S, H>*>(ds->dlyl);
 }
 
 template <class S, class H>
-OutOf<S, H> one(const char *name, const RyxIirTapState *ts, RyxIirDlyState *ds, S x) {
+OutOf<S, H> one(const char* name, const RyxIirTapState* ts, RyxIirDlyState* ds, S x) {
   if (!passFilter<S, H>(name, ts, ds, false, nullptr, nullptr, 0)) return OutOf<S, H>{};
   return iirlStep<S, H>(ts, lineOf<S, H>(ds), x);
 }
@@ -187,14 +187,14 @@ OutOf<S, H> one(const char *name, const RyxIirTapState *ts, RyxIirDlyState *ds, 
 // The result of the single-sample form `inner` stored through val; nothing
 // is stored when a check fails.
 template <class S, class H>
-void oneOut(const char *name, const char *inner, const RyxIirTapState *ts, RyxIirDlyState *ds, S x, SCplx *val) {
+void oneOut(const char* name, const char* inner, const RyxIirTapState* ts, RyxIirDlyState* ds, S x, SCplx* val) {
   if (!passReported({name, kFloatStem}, {{val == nullptr, "val==0"}})) return;
   if (!passFilter<S, H>(inner, ts, ds, false, nullptr, nullptr, 0)) return;
   *val = iirlStep<S, H>(ts, lineOf<S, H>(ds), x);
 }
 
 template <class S, class H>
-void block(const char *name, const RyxIirTapState *ts, RyxIirDlyState *ds, const S *src, OutOf<S, H> *dst,
+void block(const char* name, const RyxIirTapState* ts, RyxIirDlyState* ds, const S* src, OutOf<S, H>* dst,
            int numIters) {
   if (!passFilter<S, H>(name, ts, ds, true, src, dst, numIters)) return;
   iirlBlock<S, H>(ts, lineOf<S, H>(ds), src, dst, numIters);
@@ -211,64 +211,64 @@ extern "C" {
 
 // ---- Set-up, per element type ----
 
-RYXAPI void ryxsIirlInit(int type, float *taps, int order, TS *ts) { init(__func__, type, taps, order, ts); }
-RYXAPI void ryxcIirlInit(int type, SCplx *taps, int order, TS *ts) { init(__func__, type, taps, order, ts); }
-RYXAPI void ryxdIirlInit(int type, double *taps, int order, TS *ts) { init(__func__, type, taps, order, ts); }
-RYXAPI void ryxzIirlInit(int type, DCplx *taps, int order, TS *ts) { init(__func__, type, taps, order, ts); }
+RYXAPI void ryxsIirlInit(int type, float* taps, int order, TS* ts) { init(__func__, type, taps, order, ts); }
+RYXAPI void ryxcIirlInit(int type, SCplx* taps, int order, TS* ts) { init(__func__, type, taps, order, ts); }
+RYXAPI void ryxdIirlInit(int type, double* taps, int order, TS* ts) { init(__func__, type, taps, order, ts); }
+RYXAPI void ryxzIirlInit(int type, DCplx* taps, int order, TS* ts) { init(__func__, type, taps, order, ts); }
 
-RYXAPI void ryxsIirlInitBq(int type, float *taps, int nq, TS *ts) { initBq(__func__, type, taps, nq, ts); }
-RYXAPI void ryxcIirlInitBq(int type, SCplx *taps, int nq, TS *ts) { initBq(__func__, type, taps, nq, ts); }
-RYXAPI void ryxdIirlInitBq(int type, double *taps, int nq, TS *ts) { initBq(__func__, type, taps, nq, ts); }
-RYXAPI void ryxzIirlInitBq(int type, DCplx *taps, int nq, TS *ts) { initBq(__func__, type, taps, nq, ts); }
+RYXAPI void ryxsIirlInitBq(int type, float* taps, int nq, TS* ts) { initBq(__func__, type, taps, nq, ts); }
+RYXAPI void ryxcIirlInitBq(int type, SCplx* taps, int nq, TS* ts) { initBq(__func__, type, taps, nq, ts); }
+RYXAPI void ryxdIirlInitBq(int type, double* taps, int nq, TS* ts) { initBq(__func__, type, taps, nq, ts); }
+RYXAPI void ryxzIirlInitBq(int type, DCplx* taps, int nq, TS* ts) { initBq(__func__, type, taps, nq, ts); }
 
-RYXAPI void ryxsIirlInitDlyl(const TS *ts, float *dlyl, DS *ds) { initDlyl(__func__, ts, dlyl, ds); }
-RYXAPI void ryxcIirlInitDlyl(const TS *ts, SCplx *dlyl, DS *ds) { initDlyl(__func__, ts, dlyl, ds); }
-RYXAPI void ryxdIirlInitDlyl(const TS *ts, double *dlyl, DS *ds) { initDlyl(__func__, ts, dlyl, ds); }
-RYXAPI void ryxzIirlInitDlyl(const TS *ts, DCplx *dlyl, DS *ds) { initDlyl(__func__, ts, dlyl, ds); }
+RYXAPI void ryxsIirlInitDlyl(const TS* ts, float* dlyl, DS* ds) { initDlyl(__func__, ts, dlyl, ds); }
+RYXAPI void ryxcIirlInitDlyl(const TS* ts, SCplx* dlyl, DS* ds) { initDlyl(__func__, ts, dlyl, ds); }
+RYXAPI void ryxdIirlInitDlyl(const TS* ts, double* dlyl, DS* ds) { initDlyl(__func__, ts, dlyl, ds); }
+RYXAPI void ryxzIirlInitDlyl(const TS* ts, DCplx* dlyl, DS* ds) { initDlyl(__func__, ts, dlyl, ds); }
 
 // ---- Filters: sample type first, tap type second ----
 
-RYXAPI float ryxsIirl(const TS *ts, DS *ds, float x) { return one<float, float>(__func__, ts, ds, x); }
-RYXAPI SCplx ryxcIirl(const TS *ts, DS *ds, SCplx x) { return one<SCplx, SCplx>(__func__, ts, ds, x); }
-RYXAPI SCplx ryxscIirl(const TS *ts, DS *ds, float x) { return one<float, SCplx>(__func__, ts, ds, x); }
-RYXAPI SCplx ryxcsIirl(const TS *ts, DS *ds, SCplx x) { return one<SCplx, float>(__func__, ts, ds, x); }
-RYXAPI double ryxdIirl(const TS *ts, DS *ds, double x) { return one<double, double>(__func__, ts, ds, x); }
-RYXAPI DCplx ryxzIirl(const TS *ts, DS *ds, DCplx x) { return one<DCplx, DCplx>(__func__, ts, ds, x); }
-RYXAPI DCplx ryxdzIirl(const TS *ts, DS *ds, double x) { return one<double, DCplx>(__func__, ts, ds, x); }
-RYXAPI DCplx ryxzdIirl(const TS *ts, DS *ds, DCplx x) { return one<DCplx, double>(__func__, ts, ds, x); }
+RYXAPI float ryxsIirl(const TS* ts, DS* ds, float x) { return one<float, float>(__func__, ts, ds, x); }
+RYXAPI SCplx ryxcIirl(const TS* ts, DS* ds, SCplx x) { return one<SCplx, SCplx>(__func__, ts, ds, x); }
+RYXAPI SCplx ryxscIirl(const TS* ts, DS* ds, float x) { return one<float, SCplx>(__func__, ts, ds, x); }
+RYXAPI SCplx ryxcsIirl(const TS* ts, DS* ds, SCplx x) { return one<SCplx, float>(__func__, ts, ds, x); }
+RYXAPI double ryxdIirl(const TS* ts, DS* ds, double x) { return one<double, double>(__func__, ts, ds, x); }
+RYXAPI DCplx ryxzIirl(const TS* ts, DS* ds, DCplx x) { return one<DCplx, DCplx>(__func__, ts, ds, x); }
+RYXAPI DCplx ryxdzIirl(const TS* ts, DS* ds, double x) { return one<double, DCplx>(__func__, ts, ds, x); }
+RYXAPI DCplx ryxzdIirl(const TS* ts, DS* ds, DCplx x) { return one<DCplx, double>(__func__, ts, ds, x); }
 
-RYXAPI void ryxcIirlOut(const TS *ts, DS *ds, SCplx x, SCplx *val) {
+RYXAPI void ryxcIirlOut(const TS* ts, DS* ds, SCplx x, SCplx* val) {
   oneOut<SCplx, SCplx>(__func__, "ryxcIirl", ts, ds, x, val);
 }
-RYXAPI void ryxscIirlOut(const TS *ts, DS *ds, float x, SCplx *val) {
+RYXAPI void ryxscIirlOut(const TS* ts, DS* ds, float x, SCplx* val) {
   oneOut<float, SCplx>(__func__, "ryxscIirl", ts, ds, x, val);
 }
-RYXAPI void ryxcsIirlOut(const TS *ts, DS *ds, SCplx x, SCplx *val) {
+RYXAPI void ryxcsIirlOut(const TS* ts, DS* ds, SCplx x, SCplx* val) {
   oneOut<SCplx, float>(__func__, "ryxcsIirl", ts, ds, x, val);
 }
 
-RYXAPI void ryxsbIirl(const TS *ts, DS *ds, const float *src, float *dst, int n) {
+RYXAPI void ryxsbIirl(const TS* ts, DS* ds, const float* src, float* dst, int n) {
   block<float, float>(__func__, ts, ds, src, dst, n);
 }
-RYXAPI void ryxcbIirl(const TS *ts, DS *ds, const SCplx *src, SCplx *dst, int n) {
+RYXAPI void ryxcbIirl(const TS* ts, DS* ds, const SCplx* src, SCplx* dst, int n) {
   block<SCplx, SCplx>(__func__, ts, ds, src, dst, n);
 }
-RYXAPI void ryxscbIirl(const TS *ts, DS *ds, const float *src, SCplx *dst, int n) {
+RYXAPI void ryxscbIirl(const TS* ts, DS* ds, const float* src, SCplx* dst, int n) {
   block<float, SCplx>(__func__, ts, ds, src, dst, n);
 }
-RYXAPI void ryxcsbIirl(const TS *ts, DS *ds, const SCplx *src, SCplx *dst, int n) {
+RYXAPI void ryxcsbIirl(const TS* ts, DS* ds, const SCplx* src, SCplx* dst, int n) {
   block<SCplx, float>(__func__, ts, ds, src, dst, n);
 }
-RYXAPI void ryxdbIirl(const TS *ts, DS *ds, const double *src, double *dst, int n) {
+RYXAPI void ryxdbIirl(const TS* ts, DS* ds, const double* src, double* dst, int n) {
   block<double, double>(__func__, ts, ds, src, dst, n);
 }
-RYXAPI void ryxzbIirl(const TS *ts, DS *ds, const DCplx *src, DCplx *dst, int n) {
+RYXAPI void ryxzbIirl(const TS* ts, DS* ds, const DCplx* src, DCplx* dst, int n) {
   block<DCplx, DCplx>(__func__, ts, ds, src, dst, n);
 }
-RYXAPI void ryxdzbIirl(const TS *ts, DS *ds, const double *src, DCplx *dst, int n) {
+RYXAPI void ryxdzbIirl(const TS* ts, DS* ds, const double* src, DCplx* dst, int n) {
   block<double, DCplx>(__func__, ts, ds, src, dst, n);
 }
-RYXAPI void ryxzdbIirl(const TS *ts, DS *ds, const DCplx *src, DCplx *dst, int n) {
+RYXAPI void ryxzdbIirl(const TS* ts, DS* ds, const DCplx* src, DCplx* dst, int n) {
   block<DCplx, double>(__func__, ts, ds, src, dst, n);
 }
 

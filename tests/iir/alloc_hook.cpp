@@ -7,7 +7,7 @@ namespace iirtest {
 std::size_t lastRawBytes = 0;
 }
 
-extern "C" void *ownRawAlloc(std::size_t bytes) {
+extern "C" void* ownRawAlloc(std::size_t bytes) {
   iirtest::lastRawBytes = bytes;
   return ryxtest::FailAllocation::allocate(bytes);
 }

@@ -16,15 +16,8 @@ namespace {
 using ryxtest::FailAllocation;
 using ryxtest::ReportCapture;
 
-struct Expect {
-  const char *func;
-  const char *context;
-  const char *file;
-  RyxStatus status = RYX_StsBadArg;
-};
-
 struct Case {
-  const char *label;
+  const char* label;
   std::function<void()> call;
   std::vector<Expect> reports;
 };
@@ -56,49 +49,42 @@ struct Live {
     bad.tapForm = 4;
   }
   std::vector<unsigned char> snapshot() const {
-    const auto *b = reinterpret_cast<const unsigned char *>(this);
+    const auto* b = reinterpret_cast<const unsigned char*>(this);
     return std::vector<unsigned char>(b, b + sizeof *this);
   }
 };
 
-void runCases(Live &live, const std::vector<Case> &cases) {
-  for (const Case &c : cases) {
+void runCases(Live& live, const std::vector<Case>& cases) {
+  for (const Case& c : cases) {
     ReportCapture rec;
     const auto before = live.snapshot();
     c.call();
-    const auto &got = rec.reports();
-    ASSERT_EQ(got.size(), c.reports.size()) << c.label;
-    for (size_t i = 0; i < got.size(); ++i) {
-      EXPECT_EQ(got[i].status, c.reports[i].status) << c.label << " #" << i;
-      EXPECT_EQ(got[i].funcName, c.reports[i].func) << c.label << " #" << i;
-      EXPECT_EQ(got[i].context, c.reports[i].context) << c.label << " #" << i;
-      EXPECT_EQ(got[i].file, c.reports[i].file) << c.label << " #" << i;
-    }
+    expectReports(rec, c.reports, c.label);
     EXPECT_EQ(ryxGetErrStatus(), c.reports.back().status) << c.label;
     EXPECT_TRUE(live.snapshot() == before) << c.label << ": records or arrays changed";
   }
 }
 
-constexpr const char *kF = "mvqiirl";
-constexpr const char *kD = "ryxiirl";
-constexpr const char *kTapsNotSet = "structure *tapStPtr wasn't initialized";
-constexpr const char *kLineNotSet = "structure *dlyStPtr wasn't initialized";
+constexpr const char* kF = "mvqiirl";
+constexpr const char* kD = "ryxiirl";
+constexpr const char* kTapsNotSet = "structure *tapStPtr wasn't initialized";
+constexpr const char* kLineNotSet = "structure *dlyStPtr wasn't initialized";
 
 TEST(IirChecks, SetUpInOrder) {
   Live l;
   RyxIirTapState ts{};
-  float *nullInner = nullptr;
+  float* nullInner = nullptr;
   float zeroA0[4] = {1, 2, 0, 3};
   double dzeroA0[4] = {1, 2, 0, 3};
   float zeroB0[12] = {1, 0, 0, 1, 0, 0, 0, 1, 1, 1, 0, 0};
   double dzeroA0bq[12] = {1, 0, 0, 1, 0, 0, 1, 1, 1, 0, 0, 0};
   SCplx czero[2] = {{1, 0}, {0, 0}};
   DCplx zzero[2] = {{1, 0}, {0, 0}};
-  float *f = l.ftaps;
-  double *d = l.dtaps;
-  auto inner = [](auto *&p) { return reinterpret_cast<std::remove_reference_t<decltype(*p)> *>(&p); };
-  double *dNullInner = nullptr;
-  float *zb = zeroB0;
+  float* f = l.ftaps;
+  double* d = l.dtaps;
+  auto inner = [](auto*& p) { return reinterpret_cast<std::remove_reference_t<decltype(*p)>*>(&p); };
+  double* dNullInner = nullptr;
+  float* zb = zeroB0;
   const std::vector<Case> cases = {
       {"f null record", [&] { ryxsIirlInit(0, f, 1, nullptr); }, {{"ryxsIirlInit", "tapStPtr==0", kF}}},
       {"f null taps", [&] { ryxcIirlInit(0, nullptr, 1, &ts); }, {{"ryxcIirlInit", "taps==0", kF}}},
@@ -206,14 +192,14 @@ TEST(IirChecks, AllocationFailure) {
   for (bool cascade : {false, true}) {
     ReportCapture rec;
     float taps[12] = {1, 0.5f, 0.25f, 1, -0.5f, 0.25f, 1, 0.5f, 0.25f, 1, -0.5f, 0.25f};
-    float *p = taps;
+    float* p = taps;
     RyxIirTapState ts{};
     {
       FailAllocation fail(1);
       if (cascade) {
-        ryxsIirlInitBq(2, reinterpret_cast<float *>(&p), 2, &ts);
+        ryxsIirlInitBq(2, reinterpret_cast<float*>(&p), 2, &ts);
       } else {
-        ryxcIirlInit(2, reinterpret_cast<SCplx *>(&p), 2, &ts);
+        ryxcIirlInit(2, reinterpret_cast<SCplx*>(&p), 2, &ts);
       }
       EXPECT_EQ(FailAllocation::refused(), 1);
     }

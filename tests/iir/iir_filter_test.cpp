@@ -49,7 +49,7 @@ TEST(IirReference, MatchesTextbookForms) {
     for (int n = 0; n < 150; ++n) x.push_back(toRC(randomValue<DCplx>(g)));
     want = x;
     for (int q = 0; q < nq; ++q) {
-      const RC *s = nullptr;
+      const RC* s = nullptr;
       std::vector<RC> t;
       for (int k = 0; k < 6; ++k) t.push_back(toRC(raw[6 * q + k]));
       s = t.data();
@@ -75,16 +75,16 @@ template <class C>
 struct TapSetup {
   using H = typename C::H;
   std::vector<H> raw, arr;
-  H *inner = nullptr;
+  H* inner = nullptr;
   RyxIirTapState ts{};
   bool cascade;
   int iirType;
 
-  TapSetup(std::mt19937 &g, bool bq, int count, int type) : cascade(bq), iirType(type) {
+  TapSetup(std::mt19937& g, bool bq, int count, int type) : cascade(bq), iirType(type) {
     raw = bq ? randomBqTaps<H>(g, count) : randomArbTaps<H>(g, count);
     arr = raw;
     inner = arr.data();
-    H *arg = type == 2 ? reinterpret_cast<H *>(&inner) : arr.data();
+    H* arg = type == 2 ? reinterpret_cast<H*>(&inner) : arr.data();
     ryxSetErrStatus(0);
     (bq ? Side<H>::initBq : Side<H>::init)(type, arg, count, &ts);
     EXPECT_EQ(ryxGetErrStatus(), 0);
@@ -106,18 +106,19 @@ struct TapSetup {
   ~TapSetup() {
     if (iirType == 2 && C::isFloat) ryxFree(ts.taps);
   }
-  const H *stored() const { return static_cast<const H *>(ts.taps); }
+  const H* stored() const { return static_cast<const H*>(ts.taps); }
 };
 
 template <class C, class Ref>
-void checkAgainst(std::mt19937 &g, TapSetup<C> &setup, Ref ref, const char *what) {
+void checkAgainst(std::mt19937& g, TapSetup<C>& setup, Ref ref, const char* what) {
   using S = typename C::S;
   using O = typename C::O;
   const int order = setup.ts.order;
-  const RyxIirTapState &ts = setup.ts;
+  const RyxIirTapState& ts = setup.ts;
   SCOPED_TRACE(::testing::Message() << what << " order " << order << " iirType " << setup.iirType);
 
-  Guarded<O> line(order, 4);
+  // Naturally aligned but off every vector boundary.
+  Guarded<O> line(order, alignof(O));
   RyxIirDlyState ds{};
   for (int i = 0; i < order; ++i) line[i] = randomValue<O>(g);
   Side<O>::initDlyl(&ts, line.data(), &ds);
@@ -131,7 +132,7 @@ void checkAgainst(std::mt19937 &g, TapSetup<C> &setup, Ref ref, const char *what
 
   const int total = 260;
   const std::vector<S> x = randomVec<S>(g, total);
-  Guarded<O> y(total, 8);
+  Guarded<O> y(total, 2 * alignof(O));
   std::vector<RC> want(total);
   ld outErr = 0, lineErr = 0;
   int n = 0;
@@ -165,7 +166,7 @@ void checkAgainst(std::mt19937 &g, TapSetup<C> &setup, Ref ref, const char *what
   EXPECT_TRUE(y.intact() && line.intact()) << "write outside the arrays";
 
   // The line is the whole state: a copy elsewhere continues bit for bit.
-  Guarded<O> copy(order, 12);
+  Guarded<O> copy(order, 3 * alignof(O));
   for (int i = 0; i < order; ++i) copy[i] = line[i];
   RyxIirDlyState ds2{copy.data()};
   const std::vector<S> more = randomVec<S>(g, 45);
@@ -233,8 +234,8 @@ TYPED_TEST(IirFilter, OrderZeroAndEmptyBlocks) {
   std::vector<O> dst(4, fromRC<O>({7, 7}));
   C::block(&setup.ts, &ds, src.data(), dst.data(), 0);
   EXPECT_EQ(ryxGetErrStatus(), 0);
-  for (const O &v : dst) EXPECT_TRUE(sameBits(v, fromRC<O>({7, 7})));
-  for (const O &v : line) EXPECT_TRUE(sameBits(v, fromRC<O>({1, 2})));
+  for (const O& v : dst) EXPECT_TRUE(sameBits(v, fromRC<O>({7, 7})));
+  for (const O& v : line) EXPECT_TRUE(sameBits(v, fromRC<O>({1, 2})));
   (void)sizeof(H);
 }
 

@@ -114,24 +114,6 @@ TYPED_TEST(IirHigh, OrderZero) {
   ryxIirFree(&st);
 }
 
-struct Expect {
-  const char* func;
-  const char* context;
-  const char* file;
-  RyxStatus status = RYX_StsBadArg;
-};
-
-void expectReports(const ReportCapture& rec, const std::vector<Expect>& want, const char* label) {
-  const auto& got = rec.reports();
-  ASSERT_EQ(got.size(), want.size()) << label;
-  for (size_t i = 0; i < got.size(); ++i) {
-    EXPECT_EQ(got[i].status, want[i].status) << label << " #" << i;
-    EXPECT_EQ(got[i].funcName, want[i].func) << label << " #" << i;
-    EXPECT_EQ(got[i].context, want[i].context != nullptr ? want[i].context : "(null)") << label << " #" << i;
-    EXPECT_EQ(got[i].file, want[i].file) << label << " #" << i;
-  }
-}
-
 constexpr const char* kFH = "mvqiirh";
 constexpr const char* kDH = "ryxiirh";
 constexpr const char* kNotLive = "IIR filter wasn't initialized";

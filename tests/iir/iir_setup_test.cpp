@@ -44,7 +44,7 @@ float diffOf(float a, float b) { return a - b; }
 SCplx diffOf(SCplx a, SCplx b) { return {a.re - b.re, a.im - b.im}; }
 
 template <class H>
-std::vector<H> ruleArb(const std::vector<H> &raw, int order) {
+std::vector<H> ruleArb(const std::vector<H>& raw, int order) {
   std::vector<H> t = raw;
   const H f = ruleRecip(raw[order + 1]);
   for (int i = 0; i <= order; ++i) t[i] = ruleTimes(raw[i], f);
@@ -53,11 +53,11 @@ std::vector<H> ruleArb(const std::vector<H> &raw, int order) {
 }
 
 template <class H>
-std::vector<H> ruleBq(const std::vector<H> &raw, int nq) {
+std::vector<H> ruleBq(const std::vector<H>& raw, int nq) {
   std::vector<H> t(1 + 4 * nq);
   H gain = one<H>();
   for (int q = 0; q < nq; ++q) {
-    const H *s = raw.data() + 6 * q;
+    const H* s = raw.data() + 6 * q;
     const H rb = ruleRecip(s[0]), ra = ruleRecip(s[3]);
     t[1 + 4 * q] = ruleTimes(s[4], ra);
     t[2 + 4 * q] = ruleTimes(s[5], ra);
@@ -70,7 +70,7 @@ std::vector<H> ruleBq(const std::vector<H> &raw, int nq) {
 }
 
 template <class H>
-void expectSame(const H *got, const H *want, int n, const char *what) {
+void expectSame(const H* got, const H* want, int n, const char* what) {
   for (int i = 0; i < n; ++i) ASSERT_TRUE(sameBits(got[i], want[i])) << what << " element " << i;
 }
 
@@ -91,12 +91,12 @@ TYPED_TEST(IirSetup, ArbitraryOrderNormalisationAndTables) {
       const std::vector<H> raw = randomArbTaps<H>(g, order);
       const std::vector<H> want = ruleArb(raw, order);
       std::vector<H> arr = raw;
-      H *inner = arr.data();
+      H* inner = arr.data();
       RyxIirTapState ts{};
       lastRawBytes = 0;
-      Side<H>::init(iirType, iirType == 2 ? reinterpret_cast<H *>(&inner) : arr.data(), order, &ts);
+      Side<H>::init(iirType, iirType == 2 ? reinterpret_cast<H*>(&inner) : arr.data(), order, &ts);
       ASSERT_EQ(ryxGetErrStatus(), 0);
-      const H *t = static_cast<const H *>(ts.taps);
+      const H* t = static_cast<const H*>(ts.taps);
       expectSame(t, want.data(), 2 * order + 2, "taps");
       if (!hasTables(isFloat, iirType)) continue;
       // Taps in (2*order+5) rounded down to 4; then b[i] x4, a[i] x4, plain
@@ -105,15 +105,15 @@ TYPED_TEST(IirSetup, ArbitraryOrderNormalisationAndTables) {
       const int count = span + 8 * order + 8 * ((order + 3) / 4);
       EXPECT_EQ(lastRawBytes, ryx::rawSize(static_cast<unsigned>(count * sizeof(H))));
       for (int i = 2 * order + 2; i < span; ++i) EXPECT_TRUE(sameBits(t[i], H{})) << "tap padding " << i;
-      const H *row = t + span;
+      const H* row = t + span;
       for (int i = 1; i <= order; ++i) {
         for (int k = 0; k < 4; ++k) {
           EXPECT_TRUE(sameBits(row[4 * (i - 1) + k], want[i])) << "b row " << i;
           EXPECT_TRUE(sameBits(row[4 * order + 4 * (i - 1) + k], want[order + i])) << "a row " << i;
         }
       }
-      const H *plainB = row + 8 * order;
-      const H *plainA = plainB + pad;
+      const H* plainB = row + 8 * order;
+      const H* plainA = plainB + pad;
       for (int i = 0; i < pad; ++i) {
         EXPECT_TRUE(sameBits(plainB[i], i < order ? want[i + 1] : H{})) << "plain b " << i;
       }
@@ -133,12 +133,12 @@ TYPED_TEST(IirSetup, CascadeNormalisationAndTables) {
       const std::vector<H> raw = randomBqTaps<H>(g, nq);
       const std::vector<H> want = ruleBq(raw, nq);
       std::vector<H> arr = raw;
-      H *inner = arr.data();
+      H* inner = arr.data();
       RyxIirTapState ts{};
       lastRawBytes = 0;
-      Side<H>::initBq(iirType, iirType == 2 ? reinterpret_cast<H *>(&inner) : arr.data(), nq, &ts);
+      Side<H>::initBq(iirType, iirType == 2 ? reinterpret_cast<H*>(&inner) : arr.data(), nq, &ts);
       ASSERT_EQ(ryxGetErrStatus(), 0);
-      const H *t = static_cast<const H *>(ts.taps);
+      const H* t = static_cast<const H*>(ts.taps);
       expectSame(t, want.data(), 1 + 4 * nq, "taps");
       if (!hasTables(isFloat, iirType)) {
         // Rewritten in place: what lies behind the new taps stays.
@@ -148,9 +148,9 @@ TYPED_TEST(IirSetup, CascadeNormalisationAndTables) {
       EXPECT_EQ(lastRawBytes, ryx::rawSize(static_cast<unsigned>((16 * nq + 4) * sizeof(H))));
       if constexpr (isFloat) {
         for (int i = 1 + 4 * nq; i < 4 * nq + 4; ++i) EXPECT_TRUE(sameBits(t[i], H{})) << "tap padding " << i;
-        const H *rows = t + 4 * nq + 4;
+        const H* rows = t + 4 * nq + 4;
         for (int q = 0; q < nq; ++q) {
-          const H *s = want.data() + 1 + 4 * q;  // a1 a2 b1 b2
+          const H* s = want.data() + 1 + 4 * q;  // a1 a2 b1 b2
           const H row[4] = {s[0], diffOf(s[1], s[3]), s[1], diffOf(s[0], s[2])};
           for (int k = 0; k < 4; ++k) {
             EXPECT_TRUE(sameBits(rows[4 * q + k], row[k])) << "row of section " << q;

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "ryxcore.h"
+#include "test_support.h"
 
 namespace iirtest {
 
@@ -55,7 +56,7 @@ T fromRC(RC v) {
 }
 
 template <class T>
-bool sameBits(const T &a, const T &b) {
+bool sameBits(const T& a, const T& b) {
   return std::memcmp(&a, &b, sizeof(T)) == 0;
 }
 
@@ -157,23 +158,23 @@ struct ComboNames {
 // ---- Random data
 // ------------------------------------------------------------------------------
 
-inline ld uni(std::mt19937 &g, ld lo, ld hi) { return std::uniform_real_distribution<double>(lo, hi)(g); }
+inline ld uni(std::mt19937& g, ld lo, ld hi) { return std::uniform_real_distribution<double>(lo, hi)(g); }
 
 template <class T>
-T randomValue(std::mt19937 &g, ld lo = -1, ld hi = 1) {
+T randomValue(std::mt19937& g, ld lo = -1, ld hi = 1) {
   return fromRC<T>({uni(g, lo, hi), isCplx<T> ? uni(g, lo, hi) : 0});
 }
 
 template <class T>
-std::vector<T> randomVec(std::mt19937 &g, int n, ld lo = -1, ld hi = 1) {
+std::vector<T> randomVec(std::mt19937& g, int n, ld lo = -1, ld hi = 1) {
   std::vector<T> v(static_cast<size_t>(n));
-  for (T &x : v) x = randomValue<T>(g, lo, hi);
+  for (T& x : v) x = randomValue<T>(g, lo, hi);
   return v;
 }
 
 // Monic denominator with roots of radius 0.2..0.8: conjugate pairs (and one
 // real root for an odd order) for real taps, free complex roots otherwise.
-inline std::vector<RC> stableDenominator(std::mt19937 &g, int order, bool complexTaps) {
+inline std::vector<RC> stableDenominator(std::mt19937& g, int order, bool complexTaps) {
   std::vector<RC> poly{{1, 0}};
   auto times = [&](RC root) {  // poly *= (1 - root z^-1)
     std::vector<RC> next(poly.size() + 1);
@@ -204,7 +205,7 @@ inline std::vector<RC> stableDenominator(std::mt19937 &g, int order, bool comple
 
 // A leading tap of magnitude 0.5..2 with a random sign (and phase).
 template <class H>
-RC randomLead(std::mt19937 &g) {
+RC randomLead(std::mt19937& g) {
   const ld m = uni(g, 0.5, 2.0) * (g() % 2 ? 1 : -1);
   if (!isCplx<H>) return {m, 0};
   const ld th = uni(g, 0, 6.283185307179586L);
@@ -214,7 +215,7 @@ RC randomLead(std::mt19937 &g) {
 // Caller's taps of a stable filter of the given order: b then a, a scaled
 // by a random a0.
 template <class H>
-std::vector<H> randomArbTaps(std::mt19937 &g, int order) {
+std::vector<H> randomArbTaps(std::mt19937& g, int order) {
   const std::vector<RC> a = stableDenominator(g, order, isCplx<H>);
   const RC a0 = randomLead<H>(g);
   std::vector<H> t(2 * static_cast<size_t>(order) + 2);
@@ -227,7 +228,7 @@ std::vector<H> randomArbTaps(std::mt19937 &g, int order) {
 
 // Caller's taps of a stable cascade: b0 b1 b2 a0 a1 a2 a section.
 template <class H>
-std::vector<H> randomBqTaps(std::mt19937 &g, int numQuads) {
+std::vector<H> randomBqTaps(std::mt19937& g, int numQuads) {
   std::vector<H> t;
   for (int q = 0; q < numQuads; ++q) {
     const std::vector<RC> a = stableDenominator(g, 2, isCplx<H>);
@@ -285,7 +286,7 @@ struct BqRef {
     RC y = gain * x;
     stepMax = std::max(stepMax, mag(y));
     for (size_t q = 0; q < sec.size(); ++q) {
-      const auto &s = sec[q];
+      const auto& s = sec[q];
       const RC d0 = d[2 * q], d1 = d[2 * q + 1];
       const RC w = y - s[0] * d0 - s[1] * d1;
       stepMax = std::max(stepMax, mag(y) + mag(s[0] * d0) + mag(s[1] * d1) + mag(s[2] * d0) + mag(s[3] * d1));
@@ -318,7 +319,7 @@ struct BqRef {
 
 // Stored taps of a record as the references read them.
 template <class H>
-ArbRef arbRefOf(const H *t, int order) {
+ArbRef arbRefOf(const H* t, int order) {
   ArbRef r;
   r.b.resize(order + 1);
   r.a.resize(order + 1);
@@ -329,7 +330,7 @@ ArbRef arbRefOf(const H *t, int order) {
 }
 
 template <class H>
-BqRef bqRefOf(const H *t, int numQuads) {
+BqRef bqRefOf(const H* t, int numQuads) {
   BqRef r;
   r.gain = toRC(t[0]);
   for (int q = 0; q < numQuads; ++q) {
@@ -342,7 +343,7 @@ BqRef bqRefOf(const H *t, int numQuads) {
 // Textbook forms from the caller's taps, to check the two references:
 // y[n] = (sum b[k] x[n-k] - sum_{k>=1} a[k] y[n-k]) / a[0] from rest, and a
 // cascade of such filters, one a section.
-inline std::vector<RC> directForm(const std::vector<RC> &b, const std::vector<RC> &a, const std::vector<RC> &x) {
+inline std::vector<RC> directForm(const std::vector<RC>& b, const std::vector<RC>& a, const std::vector<RC>& x) {
   std::vector<RC> y(x.size());
   for (size_t n = 0; n < x.size(); ++n) {
     RC acc{};
@@ -351,6 +352,27 @@ inline std::vector<RC> directForm(const std::vector<RC> &b, const std::vector<RC
     y[n] = acc / a[0];
   }
   return y;
+}
+
+// ---- Reports ------------------------------------------------------------------------------
+
+// One expected report; a null context stands for a trace line's.
+struct Expect {
+  const char* func;
+  const char* context;
+  const char* file;
+  RyxStatus status = RYX_StsBadArg;
+};
+
+inline void expectReports(const ryxtest::ReportCapture& rec, const std::vector<Expect>& want, const char* label) {
+  const auto& got = rec.reports();
+  ASSERT_EQ(got.size(), want.size()) << label;
+  for (size_t i = 0; i < got.size(); ++i) {
+    EXPECT_EQ(got[i].status, want[i].status) << label << " #" << i;
+    EXPECT_EQ(got[i].funcName, want[i].func) << label << " #" << i;
+    EXPECT_EQ(got[i].context, want[i].context != nullptr ? want[i].context : "(null)") << label << " #" << i;
+    EXPECT_EQ(got[i].file, want[i].file) << label << " #" << i;
+  }
 }
 
 }  // namespace iirtest
