@@ -113,5 +113,6 @@ enum RyxTransformFlag {
 #include "ryxcore/vector_lnexp.h"
 #include "ryxcore/convert_polar.h"
 #include "ryxcore/generate.h"
+#include "ryxcore/iir.h"
 
 #endif /* RYXCORE_H */
