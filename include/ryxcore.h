@@ -107,5 +107,6 @@ enum RyxTransformFlag {
 #include "ryxcore/vector_int16.h"
 #include "ryxcore/transform.h"
 #include "ryxcore/fir.h"
+#include "ryxcore/adaptive.h"
 
 #endif /* RYXCORE_H */
