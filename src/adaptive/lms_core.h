@@ -85,33 +85,29 @@ void updateTaps(H* taps, int tapsLen, const S* line, int lineLen, int off, float
 
 // ---- Output sums ---------------------------------------------------------------
 
-// General order: one extended accumulator, taps from 0 upward.
+// Extended sums in one order for every type: a lone first tap for an odd
+// count, then the taps in pairs over two sums (even and odd places), added
+// at the end. Two independent sums keep the x87 adder busy.
 template <class S, class H>
 inline H dotOut(const S* x, const H* h, int n) {
-  return narrow<H>(fir::dotExt(x, 1, h, 1, n));
-}
-
-// Float taps and samples: a lone first tap for an odd count, then the taps
-// in pairs over two extended sums, added at the end.
-template <>
-inline float dotOut<float, float>(const float* x, const float* h, int n) {
-  ld even = 0, odd = 0;
+  using A = fir::Acc<S, H>;
+  A even = fir::zeroAcc<A>(), odd = fir::zeroAcc<A>();
   int i = 0;
   if (n & 1) {
-    even = ld(x[0]) * h[0];
+    even = fir::mul(ext(x[0]), ext(h[0]));
     i = 1;
   }
   for (; i < n; i += 2) {
-    even += ld(x[i]) * h[i];
-    odd += ld(x[i + 1]) * h[i + 1];
+    even = even + fir::mul(ext(x[i]), ext(h[i]));
+    odd = odd + fir::mul(ext(x[i + 1]), ext(h[i + 1]));
   }
-  return static_cast<float>(even + odd);
+  return narrow<H>(even + odd);
 }
 
-// Complex float: both running sums are rounded to float after each pair of
-// taps (a lone last tap counting as a pair).
-template <>
-inline SCplx dotOut<SCplx, SCplx>(const SCplx* x, const SCplx* h, int n) {
+// The complex float single-sample form with the caller's error: both
+// running sums are rounded to float after each pair of taps (a lone last tap
+// counting as a pair). The other complex float forms use dotOut.
+inline SCplx dotPairs(const SCplx* x, const SCplx* h, int n) {
   float re = 0.0f, im = 0.0f;
   for (int i = 0; i < n; i += 2) {
     LdC acc{re, im};
@@ -165,9 +161,9 @@ inline bool adapts(Adapt rule, float step) {
   return true;
 }
 
-// One sample: update, move, store, sum.
-template <class S, class H>
-H stepOne(RyxLmsTapState* ts, RyxLmsDlyState* ds, S sample, H err, Adapt rule) {
+// One sample: update, move, store, sum (by `dot`).
+template <class S, class H, class Dot = H (*)(const S*, const H*, int)>
+H stepOne(RyxLmsTapState* ts, RyxLmsDlyState* ds, S sample, H err, Adapt rule, Dot dot = dotOut<S, H>) {
   H* taps = static_cast<H*>(ts->taps);
   S* line = static_cast<S*>(ds->dlyl);
   const int len = ts->tapsLen;
@@ -175,7 +171,7 @@ H stepOne(RyxLmsTapState* ts, RyxLmsDlyState* ds, S sample, H err, Adapt rule) {
     updateTaps(taps, len, line, ds->dlylLen, ts->errDly, ts->leak, scaleErr(err, ts->step));
   }
   pushOne(line, ds->dlylLen, sample);
-  return dotOut(line, taps, len);
+  return dot(line, taps, len);
 }
 
 // The float single-sample form on a one-element line: the output is the
@@ -216,6 +212,8 @@ H lmslOne(RyxLmsTapState* ts, RyxLmsDlyState* ds, S sample, H err) {
   if constexpr (std::is_same_v<S, float> && std::is_same_v<H, float>) {
     if (ds->dlylLen == 1) return stepOneShort(ts, ds, sample, err);
     return stepOne(ts, ds, sample, err, Adapt::bits);
+  } else if constexpr (std::is_same_v<S, SCplx> && std::is_same_v<H, SCplx>) {
+    return stepOne(ts, ds, sample, err, Adapt::positive, dotPairs);
   } else {
     return stepOne(ts, ds, sample, err, Adapt::positive);
   }

@@ -230,3 +230,56 @@ TYPED_TEST(LmsRecursion, DesiredSignal) {
 
 }  // namespace
 }  // namespace lmstest
+
+namespace lmstest {
+namespace {
+
+// The two float single-sample forms fix the order of their output sums:
+// the real one adds a lone first tap (odd count) and then the taps in pairs
+// over two extended sums; the complex one rounds both running sums to float
+// after each pair of taps. With a zero step the taps stay put, so each output
+// can be written out from that rule and compared bit for bit.
+TEST(LmsOutputOrder, FloatSingleSampleSums) {
+  ryxtest::Random r(15);
+  for (int len : {1, 2, 3, 6, 7}) {
+    std::vector<float> taps = randomArray<float>(r, len);
+    std::vector<SCplx> ctaps = randomArray<SCplx>(r, len);
+    std::vector<float> line(size_t(len) + 1);
+    std::vector<SCplx> cline(size_t(len) + 1);
+    RyxLmsTapState ts{}, cts{};
+    RyxLmsDlyState ds{}, cds{};
+    ryxsLmslInit(0, taps.data(), len, 0.0f, 0.5f, 0, &ts);
+    ryxsLmslInitDlyl(&ts, line.data(), 1, &ds);
+    ryxcLmslInit(0, ctaps.data(), len, 0.0f, 0.5f, 0, &cts);
+    ryxcLmslInitDlyl(&cts, cline.data(), 1, &cds);
+    std::vector<float> xs;
+    std::vector<SCplx> cxs;
+    for (int n = 0; n < 12; ++n) {
+      xs.insert(xs.begin(), randomValue<float>(r, -1, 1));
+      cxs.insert(cxs.begin(), randomValue<SCplx>(r, -1, 1));
+      auto x = [&](int i) { return i < int(xs.size()) ? ld(xs[size_t(i)]) : 0.0L; };
+      auto cx = [&](int i) { return i < int(cxs.size()) ? toLC(cxs[size_t(i)]) : LC{}; };
+      ld even = len % 2 ? ld(taps[0]) * x(0) : 0.0L, odd = 0;
+      for (int i = len % 2; i < len; i += 2) {
+        even += ld(taps[size_t(i)]) * x(i);
+        odd += ld(taps[size_t(i + 1)]) * x(i + 1);
+      }
+      const float want = float(even + odd);
+      const float got = ryxsLmsl(&ts, &ds, xs[0], 0.25f);
+      EXPECT_TRUE(ryxtest::sameBits(&got, &want, 1)) << "s len " << len << " n " << n;
+      float re = 0, im = 0;
+      for (int i = 0; i < len; i += 2) {
+        LC acc{re, im};
+        for (int k = i; k < std::min(i + 2, len); ++k) acc = acc + toLC(ctaps[size_t(k)]) * cx(k);
+        re = float(acc.re);
+        im = float(acc.im);
+      }
+      const SCplx cwant{re, im};
+      const SCplx cgot = ryxcLmsl(&cts, &cds, cxs[0], SCplx{0.25f, 0.5f});
+      EXPECT_TRUE(ryxtest::sameBits(&cgot, &cwant, 1)) << "c len " << len << " n " << n;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace lmstest
