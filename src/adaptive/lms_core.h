@@ -85,23 +85,28 @@ void updateTaps(H* taps, int tapsLen, const S* line, int lineLen, int off, float
 
 // ---- Output sums ---------------------------------------------------------------
 
-// Extended sums in one order for every type: a lone first tap for an odd
-// count, then the taps in pairs over two sums (even and odd places), added
-// at the end. Two independent sums keep the x87 adder busy.
+// Extended sums. Real taps and samples: a lone first tap for an odd count,
+// then the taps in pairs over two sums (even and odd places), added at the
+// end; two independent sums keep the x87 adder busy. With complex values the
+// x87 stack has no room for a second pair of sums: one accumulator, taps from
+// 0 upward.
 template <class S, class H>
 inline H dotOut(const S* x, const H* h, int n) {
-  using A = fir::Acc<S, H>;
-  A even = fir::zeroAcc<A>(), odd = fir::zeroAcc<A>();
-  int i = 0;
-  if (n & 1) {
-    even = fir::mul(ext(x[0]), ext(h[0]));
-    i = 1;
+  if constexpr (isCplx<S> || isCplx<H>) {
+    return narrow<H>(fir::dotExt(x, 1, h, 1, n));
+  } else {
+    ld even = 0, odd = 0;
+    int i = 0;
+    if (n & 1) {
+      even = ld(x[0]) * ld(h[0]);
+      i = 1;
+    }
+    for (; i < n; i += 2) {
+      even += ld(x[i]) * ld(h[i]);
+      odd += ld(x[i + 1]) * ld(h[i + 1]);
+    }
+    return static_cast<H>(even + odd);
   }
-  for (; i < n; i += 2) {
-    even = even + fir::mul(ext(x[i]), ext(h[i]));
-    odd = odd + fir::mul(ext(x[i + 1]), ext(h[i + 1]));
-  }
-  return narrow<H>(even + odd);
 }
 
 // The complex float single-sample form with the caller's error: both
