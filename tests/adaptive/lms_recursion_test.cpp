@@ -131,6 +131,8 @@ TYPED_TEST(LmsRecursion, GroupCallerError) {
       const LC want = f.model.stepGroup(xs.data(), s.D, s.P, toLC(e), 0, s.step > 0.0f);
       ASSERT_TRUE(within(y, want, f.model.lastBound)) << describe(s) << " group " << n;
     }
+    // Nothing is written beyond the caller's line, single-rate lines included.
+    EXPECT_EQ(mag(toLC(f.line.back())), 0) << describe(s);
     std::vector<H> got(static_cast<size_t>(s.tapsLen));
     C::getTaps(&f.ts, got.data());
     expectTaps(got, f.model, describe(s));
