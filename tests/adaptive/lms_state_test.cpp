@@ -106,7 +106,7 @@ TYPED_TEST(LmsState, LineLengthAndOrder) {
       EXPECT_EQ(mag(toLC(line[size_t(len - 1)])), 0) << "the last place is out of reach";
       std::vector<T> got(static_cast<size_t>(len));
       A::getDlyl(&ts, &ds, got.data());
-      EXPECT_TRUE(ryxtest::sameBits(got.data(), given.data(), len - 1));
+      if (len > 1) EXPECT_TRUE(ryxtest::sameBits(got.data(), given.data(), len - 1));
       EXPECT_EQ(ds.isDlyFilterMode, 0);
     }
   }
