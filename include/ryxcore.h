@@ -114,5 +114,6 @@ enum RyxTransformFlag {
 #include "ryxcore/convert_polar.h"
 #include "ryxcore/generate.h"
 #include "ryxcore/iir.h"
+#include "ryxcore/adaptive.h"
 
 #endif /* RYXCORE_H */
