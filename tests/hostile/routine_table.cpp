@@ -196,7 +196,7 @@ void initLive(Case& c, RyxFirState* st) {
 
 template <class S, class H>
 void buildFirStateWith(Case& c, int arg, bool forInit) {
-  const int kind = c.valid ? (forInit ? 1 : 4) : c.in().byte() % 7;
+  const int kind = c.recordKind >= 0 ? c.recordKind : c.valid ? (forInit ? 1 : 4) : c.in().byte() % 7;
   if (kind == 0) {
     c.ptrs[arg] = nullptr;
     return;
@@ -326,6 +326,21 @@ template void buildDlyState<SCplx>(Case&, int);
 template void buildDlyState<double>(Case&, int);
 template void buildDlyState<DCplx>(Case&, int);
 
+bool isHighLevelRecord(const Spec& s) {
+  const RecordFn fir[] = {buildFirState<float, float>,   buildFirState<SCplx, SCplx>,  buildFirState<float, SCplx>,
+                          buildFirState<SCplx, float>,   buildFirState<double, double>, buildFirState<DCplx, DCplx>,
+                          buildFirState<double, DCplx>,  buildFirState<DCplx, double>};
+  return isInitRecord(s) || std::find(std::begin(fir), std::end(fir), s.record) != std::end(fir);
+}
+
+bool isInitRecord(const Spec& s) {
+  const RecordFn init[] = {buildFirStateForInit<float, float>,  buildFirStateForInit<SCplx, SCplx>,
+                           buildFirStateForInit<float, SCplx>,  buildFirStateForInit<SCplx, float>,
+                           buildFirStateForInit<double, double>, buildFirStateForInit<DCplx, DCplx>,
+                           buildFirStateForInit<double, DCplx>, buildFirStateForInit<DCplx, double>};
+  return std::find(std::begin(init), std::end(init), s.record) != std::end(init);
+}
+
 namespace {
 void buildText(Case& c, int arg) {
   static const std::string longText(300, 'x');
@@ -360,7 +375,7 @@ RyxStatus record(RyxStatus status, const char* name, const char* context, const 
 
 }  // namespace
 
-Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt) {
+Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt, int recordKind) {
   Outcome o;
   const long liveBefore = ryxtest::FailAllocation::live();
   const int mode = ryxGetErrMode();
@@ -368,6 +383,7 @@ Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt) {
   const ryxReportFn previous = ryxRedirectError(record);
   {
     Case c(in, validOnly);
+    c.recordKind = recordKind;
     const int n = static_cast<int>(row.args.size());
     // Scalars and records first, arrays after: array sizes may follow any
     // other argument.

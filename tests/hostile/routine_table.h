@@ -114,6 +114,7 @@ class Case {
   std::vector<std::unique_ptr<Block>> blocks;
   std::vector<RyxFirState*> liveStates;  // released at the end of the case
   bool initRow = false;                  // a set-up routine: NoMem may leave its record dead
+  int recordKind = -1;                   // when set: the kind of high-level record to build
 
  private:
   Bytes& in_;
@@ -192,6 +193,9 @@ template <class H>
 Spec tapState() {
   return {Role::kRecord, nullptr, nullptr, -1, buildTapState<H>};
 }
+bool isHighLevelRecord(const Spec& s);
+bool isInitRecord(const Spec& s);
+
 // A tap state that may also be all zero (a routine that must refuse it).
 template <class H>
 Spec tapStateOrZero() {
@@ -349,7 +353,9 @@ struct Outcome {
 // arrays and records, releases what the case made and checks the live
 // block count.
 // With `failAt` above 0 the failAt-th allocation of the call is refused.
-Outcome runCase(const Row& row, Bytes& in, bool validOnly = false, int failAt = 0);
+// `recordKind` (0 null, 1 zeroed, 2 random bytes, 3 freed, 4 live) chooses
+// the high-level records of an otherwise valid case.
+Outcome runCase(const Row& row, Bytes& in, bool validOnly = false, int failAt = 0, int recordKind = -1);
 
 // One fuzz input: the row's name, a zero byte, then the argument bytes.
 Outcome runInput(const std::uint8_t* data, std::size_t size);

@@ -5,6 +5,7 @@
 // nothing, and works on the next call.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -104,6 +105,31 @@ TEST(RoutineTable, CorpusReplaysClean) {
     ++files;
   }
   EXPECT_GT(files, 0);
+}
+
+// High-level records carry a mark: one never initialised (random bytes) or
+// already freed is refused by every routine that uses it, with the
+// documented text, and nothing is touched.
+TEST(RoutineTable, HighLevelRecordsWithoutMarkAreRefused) {
+  int rows = 0;
+  for (const Row& r : hostile::allRows()) {
+    const bool uses = std::any_of(r.args.begin(), r.args.end(), [](const hostile::Spec& s) {
+      return s.role == hostile::Role::kRecord && hostile::isHighLevelRecord(s) && !hostile::isInitRecord(s);
+    });
+    if (!uses) continue;
+    ++rows;
+    for (int kind : {0, 2, 3}) {
+      std::vector<std::uint8_t> bytes(64, 7);
+      hostile::Bytes in(bytes.data(), bytes.size());
+      const Outcome o = hostile::runCase(r, in, true, 0, kind);
+      ASSERT_EQ(o.fault, "") << r.name;
+      ASSERT_TRUE(o.reported) << r.name << " record kind " << kind;
+      EXPECT_EQ(o.firstStatus, RYX_StsBadArg) << r.name;
+      const std::string text = kind == 0 ? "Null state pointer" : "Must have been initialized";
+      EXPECT_EQ(o.firstReport.substr(o.firstReport.find(": ") + 2), text) << r.name << " record kind " << kind;
+    }
+  }
+  EXPECT_EQ(rows, 16 + 8 + 8 + 3 + 1);  // access, single, block, Out forms, release
 }
 
 TEST(RoutineTable, EveryAllocationFailureIsReportedOrRecoveredWithoutTrace) {
