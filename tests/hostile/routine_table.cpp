@@ -439,7 +439,7 @@ Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt, int recor
       const Block& b = *c.blocks[i];
       if (!b.guardsIntact()) o.fault = "write outside an array or record of the case";
       const bool mayChange = (c.initRow && o.noMem) || row.partial;
-      if (o.reported && !mayChange && b.writable && std::memcmp(b.before.data(), b.data, b.bytes) != 0)
+      if (o.reported && !mayChange && b.writable && b.bytes > 0 && std::memcmp(b.before.data(), b.data, b.bytes) != 0)
         o.fault = "a failed call changed an array or record";
     }
     for (RyxFirState* st : c.liveStates)

@@ -44,7 +44,9 @@ namespace hostile {
 class Case;
 using SizeFn = std::int64_t (*)(const Case&);
 
-enum class Role { kLen, kCount, kOrder, kFlags, kFactor, kPhase, kScaleMode, kAnyInt, kValue, kIn, kOut, kInOut, kRecord };
+enum class Role {
+  kLen, kCount, kOrder, kFlags, kFactor, kPhase, kScaleMode, kAnyInt, kValue, kIn, kOut, kInOut, kRecord
+};
 
 // A record builder: makes the record for argument `arg` and says whether
 // the routine may change it.
@@ -96,7 +98,7 @@ struct Block {
 
 class Case {
  public:
-  Case(Bytes& in, bool validOnly) : in_(in), valid(validOnly) {}
+  Case(Bytes& in, bool validOnly) : valid(validOnly), in_(in) {}
   Bytes& in() { return in_; }
   const bool valid;  // only valid arguments: the allocation-failure sweep
 
@@ -238,12 +240,12 @@ void invokeAs(void (*raw)(), Case& c) {
   callWith(reinterpret_cast<R (*)(P...)>(raw), c, std::index_sequence_for<P...>{});
 }
 
-// Element size of each pointer parameter (records and void: 1).
+// Element size of each pointer parameter (void and functions: 1).
 template <class P>
 constexpr int elemSize() {
   if constexpr (std::is_pointer_v<P>) {
     using T = std::remove_cv_t<std::remove_pointer_t<P>>;
-    if constexpr (std::is_void_v<T>) return 1;
+    if constexpr (std::is_void_v<T> || std::is_function_v<T>) return 1;
     else return sizeof(T);
   } else {
     return sizeof(P);

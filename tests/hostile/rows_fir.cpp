@@ -12,53 +12,27 @@ using TS = RyxFirTapState;
 using DS = RyxFirDlyState;
 using FS = RyxFirState;
 
-// Sizes read from the records; a null record stands for one element.
-template <int K>
-std::int64_t tapsOf(const Case& c) {
-  const TS* ts = c.record<TS>(K);
-  return ts ? ts->tapsLen : 1;
+// Sizes read from the records: a field of the record at argument K (a
+// null record stands for one element), or the length at N times a factor
+// field (a block reads numIters * downFactor samples and writes
+// numIters * upFactor).
+template <class R, int R::*F, int K>
+std::int64_t field(const Case& c) {
+  const R* r = c.record<R>(K);
+  return r ? r->*F : 1;
+}
+template <class R, int R::*F, int K, int N>
+std::int64_t times(const Case& c) {
+  return c.intArg(N) * field<R, F, K>(c);
 }
 template <int K>
-std::int64_t lineOf(const Case& c) {
-  const DS* ds = c.record<DS>(K);
-  return ds ? ds->dlylLen : 1;
-}
+constexpr SizeFn tapsOf = field<TS, &TS::tapsLen, K>;
 template <int K>
-std::int64_t lineForTaps(const Case& c) {  // a new delay state's line
-  const TS* ts = c.record<TS>(K);
-  return ts ? ts->tapsLen : 1;
-}
-// A block reads numIters * downFactor samples and writes numIters * upFactor.
-template <int K, int N>
-std::int64_t lowInputs(const Case& c) {
-  const TS* ts = c.record<TS>(K);
-  return c.intArg(N) * (ts ? ts->downFactor : 1);
-}
-template <int K, int N>
-std::int64_t lowOutputs(const Case& c) {
-  const TS* ts = c.record<TS>(K);
-  return c.intArg(N) * (ts ? ts->upFactor : 1);
-}
+constexpr SizeFn lineOf = field<DS, &DS::dlylLen, K>;
 template <int K>
-std::int64_t stateTaps(const Case& c) {
-  const FS* st = c.record<FS>(K);
-  return st ? st->tapsLen : 1;
-}
+constexpr SizeFn stateTaps = field<FS, &FS::tapsLen, K>;
 template <int K>
-std::int64_t stateLine(const Case& c) {
-  const FS* st = c.record<FS>(K);
-  return st ? st->dlylLen : 1;
-}
-template <int K, int N>
-std::int64_t stateInputs(const Case& c) {
-  const FS* st = c.record<FS>(K);
-  return c.intArg(N) * (st ? st->downFactor : 1);
-}
-template <int K, int N>
-std::int64_t stateOutputs(const Case& c) {
-  const FS* st = c.record<FS>(K);
-  return c.intArg(N) * (st ? st->upFactor : 1);
-}
+constexpr SizeFn stateLine = field<FS, &FS::dlylLen, K>;
 
 // ---- Low-level shapes ----
 
@@ -70,7 +44,7 @@ std::vector<Row> lowSetUp(const char* const names[7], void (*init)(T*, int, TS*)
   return {
       row(names[0], init, out(arg<1>), len(), out(one)),
       row(names[1], initMr, out(arg<1>), len(), factor(), phase<2>(), factor(), phase<4>(), out(one)),
-      row(names[2], initDlyl, tapStateOrZero<T>(), out(lineForTaps<0>), out(one)),
+      row(names[2], initDlyl, tapStateOrZero<T>(), out(tapsOf<0>), out(one)),
       row(names[3], setTaps, in(tapsOf<1>), tapState<T>()),
       row(names[4], getTaps, tapState<T>(), out(tapsOf<0>)),
       row(names[5], setDlyl, tapState<T>(), in(lineOf<2>), dlyState<T>()),
@@ -84,7 +58,8 @@ Row lowOne(const char* name, O (*f)(const TS*, DS*, S)) {
 }
 template <class S, class H, class O>
 Row lowBlock(const char* name, void (*f)(const TS*, DS*, const S*, O*, int)) {
-  return row(name, f, tapState<H>(), dlyState<S>(), in(lowInputs<0, 4>), out(lowOutputs<0, 4>), len());
+  return row(name, f, tapState<H>(), dlyState<S>(), in(times<TS, &TS::downFactor, 0, 4>),
+             out(times<TS, &TS::upFactor, 0, 4>), len());
 }
 template <class S, class H>
 Row lowOut(const char* name, void (*f)(const TS*, DS*, S, SCplx*)) {
@@ -118,7 +93,8 @@ Row single(const char* name, O (*f)(FS*, S)) {
 }
 template <class S, class H, class O>
 Row block(const char* name, void (*f)(FS*, const S*, O*, int)) {
-  return row(name, f, firState<S, H>(), in(stateInputs<0, 3>), out(stateOutputs<0, 3>), len());
+  return row(name, f, firState<S, H>(), in(times<FS, &FS::downFactor, 0, 3>), out(times<FS, &FS::upFactor, 0, 3>),
+             len());
 }
 template <class S, class H>
 Row oneOut(const char* name, void (*f)(FS*, S, SCplx*)) {

@@ -32,6 +32,16 @@ Row notInPlace(const char* name, void (*f)(const T*, T*, int, int), const int* l
   return allocating(row(name, f, in(in0), out(out0), order(), flags(legal)));
 }
 
+// Two signals: the second transform may fail after the first was written.
+template <class T>
+Row twoInPlace(const char* name, RyxStatus (*f)(T*, T*, int, int)) {
+  return partial(allocating(row(name, f, out(pow2plus2<2>), out(pow2plus2<2>), order(), flags(kPlain))));
+}
+template <class T>
+Row twoNip(const char* name, RyxStatus (*f)(const T*, T*, const T*, T*, int, int), SizeFn in0, SizeFn out0) {
+  return partial(allocating(row(name, f, in(in0), out(out0), in(in0), out(out0), order(), flags(kPlain))));
+}
+
 const AddRows rows({
     row("ryxBitRev", ryxBitRev, anyInt(), order()),
     row("ryxCalcBitRevTbl", ryxCalcBitRevTbl, out(pow2<1>), order()),
@@ -93,18 +103,14 @@ const AddRows rows({
     inPlaceCcs("ryxdCcsFft", ryxdCcsFft),
     notInPlace("ryxsCcsFftNip", ryxsCcsFftNip, kPlain, pow2plus2<2>, pow2<2>),
     notInPlace("ryxdCcsFftNip", ryxdCcsFftNip, kPlain, pow2plus2<2>, pow2<2>),
-    partial(allocating(row("ryxsReal2Fft", ryxsReal2Fft, out(pow2plus2<2>), out(pow2plus2<2>), order(), flags(kPlain)))),
-    partial(allocating(row("ryxdReal2Fft", ryxdReal2Fft, out(pow2plus2<2>), out(pow2plus2<2>), order(), flags(kPlain)))),
-    partial(allocating(row("ryxsCcs2Fft", ryxsCcs2Fft, out(pow2plus2<2>), out(pow2plus2<2>), order(), flags(kPlain)))),
-    partial(allocating(row("ryxdCcs2Fft", ryxdCcs2Fft, out(pow2plus2<2>), out(pow2plus2<2>), order(), flags(kPlain)))),
-    partial(allocating(row("ryxsReal2FftNip", ryxsReal2FftNip, in(pow2<4>), out(pow2plus2<4>), in(pow2<4>),
-                   out(pow2plus2<4>), order(), flags(kPlain)))),
-    partial(allocating(row("ryxdReal2FftNip", ryxdReal2FftNip, in(pow2<4>), out(pow2plus2<4>), in(pow2<4>),
-                   out(pow2plus2<4>), order(), flags(kPlain)))),
-    partial(allocating(row("ryxsCcs2FftNip", ryxsCcs2FftNip, in(pow2plus2<4>), out(pow2<4>), in(pow2plus2<4>),
-                   out(pow2<4>), order(), flags(kPlain)))),
-    partial(allocating(row("ryxdCcs2FftNip", ryxdCcs2FftNip, in(pow2plus2<4>), out(pow2<4>), in(pow2plus2<4>),
-                   out(pow2<4>), order(), flags(kPlain)))),
+    twoInPlace("ryxsReal2Fft", ryxsReal2Fft),
+    twoInPlace("ryxdReal2Fft", ryxdReal2Fft),
+    twoInPlace("ryxsCcs2Fft", ryxsCcs2Fft),
+    twoInPlace("ryxdCcs2Fft", ryxdCcs2Fft),
+    twoNip("ryxsReal2FftNip", ryxsReal2FftNip, pow2<4>, pow2plus2<4>),
+    twoNip("ryxdReal2FftNip", ryxdReal2FftNip, pow2<4>, pow2plus2<4>),
+    twoNip("ryxsCcs2FftNip", ryxsCcs2FftNip, pow2plus2<4>, pow2<4>),
+    twoNip("ryxdCcs2FftNip", ryxdCcs2FftNip, pow2plus2<4>, pow2<4>),
     row("ryxsMpyRCPack2", ryxsMpyRCPack2, in(pow2<2>), out(pow2<2>), order()),
     row("ryxdMpyRCPack2", ryxdMpyRCPack2, in(pow2<2>), out(pow2<2>), order()),
     row("ryxsMpyRCPack3", ryxsMpyRCPack3, in(pow2<3>), in(pow2<3>), out(pow2<3>), order()),
