@@ -438,7 +438,9 @@ Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt, int recor
     for (std::size_t i = 0; i < c.blocks.size() && o.fault.empty(); ++i) {
       const Block& b = *c.blocks[i];
       if (!b.guardsIntact()) o.fault = "write outside an array or record of the case";
-      const bool mayChange = (c.initRow && o.noMem) || row.partial;
+      const bool late = row.lateContext != nullptr && seen().size() == 1 &&
+                        seen()[0].what == std::string(row.name) + ": " + row.lateContext;
+      const bool mayChange = (c.initRow && o.noMem) || row.partial || late;
       if (o.reported && !mayChange && b.writable && b.bytes > 0 && std::memcmp(b.before.data(), b.data, b.bytes) != 0)
         o.fault = "a failed call changed an array or record";
     }

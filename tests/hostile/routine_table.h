@@ -131,6 +131,7 @@ struct Row {
   std::vector<Spec> args;
   bool allocates;  // takes memory from the aligned allocator (or builds tables)
   bool partial = false;  // a failure may come after earlier outputs were written
+  const char* lateContext = nullptr;  // a report with this text comes after the outputs
 };
 
 // ---- Argument specs ----------------------------------------------------------
@@ -325,6 +326,13 @@ inline Row allocating(Row r) {
 // made of two calls, the second of which fails).
 inline Row partial(Row r) {
   r.partial = true;
+  return r;
+}
+
+// A row that reports `context` only after writing its outputs (the Div
+// family's zero divisor); every other failure must leave them untouched.
+inline Row reportsLate(Row r, const char* context) {
+  r.lateContext = context;
   return r;
 }
 
