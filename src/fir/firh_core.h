@@ -9,6 +9,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <type_traits>
 
 #include "fir/fir_arith.h"
@@ -25,8 +26,10 @@ constexpr int unrollWidth() {
   return 2;
 }
 
-// Allocation used by Init (the aligned allocator).
-void* stateAlloc(unsigned bytes);
+// Allocation used by Init (the aligned allocator): `count` elements of
+// `elemSize` bytes, null when the runtime has no memory or the size is out
+// of range.
+void* stateAlloc(std::int64_t count, int elemSize);
 
 struct Polyphase {
   int q;  // tapsLen / upFactor
@@ -99,19 +102,21 @@ void firGetDlyl(const RyxFirState* st, S* dlyl) {
 // where its span starts in the history (so that every span ends on the
 // newest sample that has arrived by then) and where its taps are stored.
 inline void fillPhaseTable(RyxFirState* st) {
-  const int up = st->upFactor, down = st->downFactor;
+  const std::int64_t up = st->upFactor, down = st->downFactor;
   const Polyphase pp = polyphaseOf(st);
-  int p = ((st->downPhase - st->upPhase) % up + up) % up;
-  for (int i = 0; i < up; ++i) {
+  std::int64_t p = ((st->downPhase - st->upPhase) % up + up) % up;
+  for (std::int64_t i = 0; i < up; ++i) {
     RyxFirPhaseEntry& row = st->phaseTable[i];
-    const int tick = st->downPhase + i * down;
-    int arrived = 0;
-    for (int t = tick; t >= st->upPhase; t -= up) ++arrived;
-    row.branch = p;
-    row.count = pp.branchLen(p);
-    row.dlyOffset = (row.count == pp.q + 1) ? arrived : arrived + (pp.r != 0 ? 1 : 0);
-    row.tapOffset = pp.branchStart(p);
-    p = ((p + down) % up + up) % up;
+    // Inputs arrive at ticks upPhase, upPhase + up, ...; count those up to
+    // the tick of this output (64 bits: i * down passes 2^31 for large
+    // factors).
+    const std::int64_t tick = st->downPhase + i * down;
+    const std::int64_t arrived = tick >= st->upPhase ? (tick - st->upPhase) / up + 1 : 0;
+    row.branch = static_cast<int>(p);
+    row.count = pp.branchLen(row.branch);
+    row.dlyOffset = static_cast<int>((row.count == pp.q + 1) ? arrived : arrived + (pp.r != 0 ? 1 : 0));
+    row.tapOffset = pp.branchStart(row.branch);
+    p = (p + down) % up;
   }
 }
 

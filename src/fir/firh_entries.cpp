@@ -2,13 +2,22 @@
 // rows in their documented order; a failed filter call returns zero and
 // leaves the record as it was. Init gives up on a failure already stored in
 // the thread's status, as every set-up routine of the filters does.
+#include <climits>
+#include <cstdint>
+
 #include "frame/checks.h"
 #include "fir/firh_core.h"
 #include "fir/firl_core.h"
 
 namespace ryx::fir {
 
-void* stateAlloc(unsigned bytes) { return ryxMalloc(bytes); }
+// Sizes are counted in 64 bits; an array whose bytes the block routines
+// (signed 32-bit sizes) could not cover is refused like a failed allocation.
+void* stateAlloc(std::int64_t count, int elemSize) {
+  const std::int64_t bytes = count * elemSize;
+  if (count < 0 || bytes > INT_MAX) return nullptr;
+  return ryxMalloc(static_cast<unsigned>(bytes));
+}
 
 namespace {
 
@@ -49,22 +58,25 @@ void setUp(const char* name, const H* taps, int tapsLen, const S* dlyl, int up, 
   st->reserved = 0;
   st->tapShift = 0;
   st->origTapsLen = tapsLen;
+  // History and room in 64 bits: with factors near 2^31 the room alone
+  // exceeds the 32-bit range, and such a buffer is refused below.
+  std::int64_t hist, room;
   if (st->isMultiRate == 1) {
-    const int lc = ceilDiv(tapsLen, up);
-    st->dlylLen = lc;
-    const int least = std::max(lc, 127);
-    st->extLen = ceilDiv(least, down) * down;
+    hist = ceilDiv(tapsLen, up);
+    const std::int64_t least = std::max<std::int64_t>(hist, 127);
+    room = (least + down - 1) / down * down;
   } else {
-    st->dlylLen = tapsLen - 1;
-    st->extLen = std::max(st->dlylLen, 127) + 1;
+    hist = tapsLen - 1;
+    room = std::max<std::int64_t>(hist, 127) + 1;
   }
-  // Sizes in 32-bit arithmetic, as for every allocator of the library.
-  st->taps = stateAlloc(static_cast<unsigned>(tapsLen) * sizeof(H));
-  st->dlylBuf = stateAlloc(static_cast<unsigned>(st->dlylLen + st->extLen) * sizeof(S));
+  st->taps = stateAlloc(tapsLen, sizeof(H));
+  st->dlylBuf = stateAlloc(hist + room, sizeof(S));
+  st->dlylLen = static_cast<int>(hist);
+  st->extLen = st->dlylBuf != nullptr ? static_cast<int>(room) : 0;
   st->dlylEnd = static_cast<S*>(st->dlylBuf) + st->extLen;
   st->dlylCur = st->dlylBuf;
   if (st->isMultiRate == 1) {
-    st->phaseTable = static_cast<RyxFirPhaseEntry*>(stateAlloc(static_cast<unsigned>(up) * sizeof(RyxFirPhaseEntry)));
+    st->phaseTable = static_cast<RyxFirPhaseEntry*>(stateAlloc(up, sizeof(RyxFirPhaseEntry)));
   }
   if (st->taps == nullptr || st->dlylBuf == nullptr || (st->isMultiRate == 1 && st->phaseTable == nullptr)) {
     releaseState(st);

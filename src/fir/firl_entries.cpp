@@ -13,6 +13,7 @@ constexpr const char* kStem = "ryxfirl";
 constexpr const char* kNullBuf = "Null buffer pointer";
 constexpr const char* kBadLen = "Invalid array length";
 constexpr const char* kNotFilter = "Not filter mode";
+constexpr const char* kBadFactor = "Invalid factor value";
 
 template <class T>
 void initMr(const char* name, T* taps, int tapsLen, int up, int upPhase, int down, int downPhase,
@@ -20,7 +21,7 @@ void initMr(const char* name, T* taps, int tapsLen, int up, int upPhase, int dow
   if (!passSticky({name, kStem}, {{taps == nullptr || ts == nullptr, kNullBuf},
                                   {tapsLen < 1, kBadLen},
                                   {upPhase < 0 || downPhase < 0, "Invalid phase value"},
-                                  {up <= upPhase || down <= downPhase, "Invalid factor value"}}))
+                                  {up <= upPhase || down <= downPhase, kBadFactor}}))
     return;
   ts->taps = taps;
   ts->tapsLen = tapsLen;
@@ -52,6 +53,9 @@ void init(const char* name, T* taps, int tapsLen, RyxFirTapState* ts) {
 template <class T>
 void initDlyl(const char* name, const RyxFirTapState* ts, T* dlyl, RyxFirDlyState* ds) {
   if (!passSticky({name, kStem}, {{dlyl == nullptr || ds == nullptr || ts == nullptr, kNullBuf}})) return;
+  // The history length divides by upFactor: a tap state that never went
+  // through Init (zeroed, say) must not reach that division.
+  if (!passSticky({name, kStem}, {{ts->upFactor < 1, kBadFactor}})) return;
   firlInitDlyl(ts, dlyl, ds);
 }
 

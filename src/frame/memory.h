@@ -6,18 +6,22 @@
 
 #include <cstddef>
 
-// Where the aligned allocator takes its raw blocks (the runtime's malloc).
+// Where the aligned allocator takes its raw blocks and gives them back (the
+// runtime's malloc and free; a test program may supply both).
 extern "C" void* ownRawAlloc(std::size_t bytes);
+extern "C" void ownRawFree(void* raw);
 
 namespace ryx {
 
 constexpr unsigned kAlign = 32;
 
 // Raw block size for a payload of `bytes`: the payload, 31 bytes of slack
-// and one pointer-sized word for the raw address, in 32-bit arithmetic (a
-// wrapped size is not detected, as for every allocator of the family).
-constexpr std::uint32_t rawSize(std::uint32_t bytes) {
-  return bytes + kAlign - 1 + static_cast<std::uint32_t>(sizeof(void*)) + 1;
+// and one pointer-sized word for the raw address. The payload itself is
+// counted in 32 bits (a wrapped count gives a small payload, as for every
+// allocator of the family), but the slack is added without wrapping, so
+// that every block holds its own header and alignment room.
+constexpr std::uint64_t rawSize(std::uint32_t bytes) {
+  return std::uint64_t{bytes} + kAlign - 1 + sizeof(void*) + 1;
 }
 
 // Allocates `count * elemSize` bytes aligned to 32; null when the runtime

@@ -1,3 +1,4 @@
+#include <climits>
 // Real FFT and packed spectra (source groups "ryxffts", "ryxfftd").
 //
 // A real signal of N = 2^order samples is read as m = N/2 complex values
@@ -191,7 +192,8 @@ template <class T, bool Real>
 bool prepare(const ryx::Site& site, int order, int flags, std::initializer_list<ryx::Check> nullChecks, const T*& radix,
              const std::uint32_t*& pairs, const T*& recomb) {
   using P = Precision<T>;
-  const int fftOrder = order - 1;
+  // INT_MIN has no order below it; out of range either way, it frees nothing.
+  const int fftOrder = order == INT_MIN ? -1 : order - 1;
   if (flags & RYX_Release) {
     P::freeRadix(fftOrder);
     if (Real)
