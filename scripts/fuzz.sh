@@ -22,7 +22,7 @@ shim="-include $PWD/tests/hostile/clang14_compat.h"
 mkdir -p "$out"
 start=$SECONDS
 # The library with coverage instrumentation, as a static archive.
-cmake -S . -B "$out/lib" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DRYX_TESTS=OFF -DRYX_EXAMPLES=OFF \
+cmake -S . -B "$out/lib" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DRYX_TESTS=ON -DRYX_EXAMPLES=OFF \
   -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
   "-DCMAKE_CXX_FLAGS=-fsanitize=fuzzer-no-link $san $shim" >"$out/build.log" 2>&1 ||
   { cat "$out/build.log"; exit 1; }
