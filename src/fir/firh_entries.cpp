@@ -100,8 +100,8 @@ void initMr(const char* name, const H* taps, int tapsLen, const S* dlyl, int up,
   if (!passSticky({name, kStem}, {{st == nullptr, kNullState},
                                   {up < 1, kBadValue},
                                   {down < 1, kBadValue},
-                                  {upPhase < 0 || upPhase > up - 1, kBadValue},
-                                  {downPhase < 0 || downPhase > down - 1, kBadValue},
+                                  {upPhase < 0 || upPhase >= up, kBadValue},
+                                  {downPhase < 0 || downPhase >= down, kBadValue},
                                   {tapsLen < 1, kBadValue}}))
     return;
   setUp<S, H>(name, taps, tapsLen, dlyl, up, upPhase, down, downPhase, st);
