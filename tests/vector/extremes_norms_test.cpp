@@ -302,8 +302,8 @@ TEST(StatsNormalize, FloatStepsBitForBit) {
     for (int offset : {0, 4}) {
       Guarded<float> s(n, offset), sd(n, offset);
       Guarded<SCplx> c(n, offset), cd(n, offset);
-      Guarded<double> d(n, offset), dd(n, offset);
-      Guarded<DCplx> z(n, offset), zd(n, offset);
+      Guarded<double> d(n, 2 * offset), dd(n, 2 * offset);
+      Guarded<DCplx> z(n, 2 * offset), zd(n, 2 * offset);
       rng.fill(s.data(), n), rng.fill(c.data(), n), rng.fill(d.data(), n), rng.fill(z.data(), n);
       const float off = rng.f32(), factor = rng.f32(0.1f, 10.0f);
       const SCplx coff{rng.f32(), rng.f32()};

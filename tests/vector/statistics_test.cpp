@@ -36,8 +36,8 @@ TEST(StatsSum, FloatAndDoubleAgainstLongDouble) {
     for (int offset : {0, 4, 8, 12}) {
       Guarded<float> s(n, offset);
       Guarded<SCplx> c(n, offset);
-      Guarded<double> d(n, offset);
-      Guarded<DCplx> z(n, offset);
+      Guarded<double> d(n, 2 * offset);
+      Guarded<DCplx> z(n, 2 * offset);
       rng.fill(s.data(), n);
       rng.fill(c.data(), n);
       rng.fill(d.data(), n);
@@ -215,7 +215,7 @@ TEST(StatsDev, FloatAndDoubleAgainstTwoPassLongDouble) {
     if (n < 2) continue;
     for (int offset : {0, 4}) {
       Guarded<float> s(n, offset);
-      Guarded<double> d(n, offset);
+      Guarded<double> d(n, 2 * offset);
       for (int i = 0; i < n; ++i) s[i] = rng.f32(-50.0f, 150.0f), d[i] = rng.f64(-50.0, 150.0);
       LD ms = 0, md = 0, qs = 0, qd = 0, sq = 0, dq = 0;
       for (int i = 0; i < n; ++i) ms += s[i], md += d[i], sq += LD(s[i]) * s[i], dq += LD(d[i]) * d[i];
