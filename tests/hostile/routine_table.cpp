@@ -110,7 +110,7 @@ std::int64_t drawScaleMode(Case& c) {
 // Misalignment step of an element: its natural alignment, at most 8.
 std::size_t stepOf(int elem) { return std::min<std::size_t>(static_cast<std::size_t>(elem & -elem), 8); }
 
-void drawArray(Case& c, int k, const Spec& s) {
+void drawArray(Case& c, int k, const ArgRule& s) {
   const int elem = s.ref;
   std::int64_t n = s.size(c);
   if (n < 0) n = 0;
@@ -326,14 +326,14 @@ template void buildDlyState<SCplx>(Case&, int);
 template void buildDlyState<double>(Case&, int);
 template void buildDlyState<DCplx>(Case&, int);
 
-bool isHighLevelRecord(const Spec& s) {
+bool isHighLevelRecord(const ArgRule& s) {
   const RecordFn fir[] = {buildFirState<float, float>,   buildFirState<SCplx, SCplx>,  buildFirState<float, SCplx>,
                           buildFirState<SCplx, float>,   buildFirState<double, double>, buildFirState<DCplx, DCplx>,
                           buildFirState<double, DCplx>,  buildFirState<DCplx, double>};
   return isInitRecord(s) || std::find(std::begin(fir), std::end(fir), s.record) != std::end(fir);
 }
 
-bool isInitRecord(const Spec& s) {
+bool isInitRecord(const ArgRule& s) {
   const RecordFn init[] = {buildFirStateForInit<float, float>,  buildFirStateForInit<SCplx, SCplx>,
                            buildFirStateForInit<float, SCplx>,  buildFirStateForInit<SCplx, float>,
                            buildFirStateForInit<double, double>, buildFirStateForInit<DCplx, DCplx>,
@@ -353,8 +353,8 @@ void buildReportFn(Case& c, int arg) {
 }
 }  // namespace
 
-Spec text() { return {Role::kRecord, nullptr, nullptr, -1, buildText}; }
-Spec reportFn() { return {Role::kRecord, nullptr, nullptr, -1, buildReportFn}; }
+ArgRule text() { return {Role::kRecord, nullptr, nullptr, -1, buildText}; }
+ArgRule reportFn() { return {Role::kRecord, nullptr, nullptr, -1, buildReportFn}; }
 
 // ---- Running -------------------------------------------------------------------
 
@@ -388,7 +388,7 @@ Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt, int recor
     // Scalars and records first, arrays after: array sizes may follow any
     // other argument.
     for (int k = 0; k < n; ++k) {
-      const Spec& s = row.args[k];
+      const ArgRule& s = row.args[k];
       switch (s.role) {
         case Role::kLen:
         case Role::kCount: c.ints[k] = drawLen(c); break;

@@ -52,7 +52,7 @@ enum class Role {
 // the routine may change it.
 using RecordFn = void (*)(Case&, int arg);
 
-struct Spec {
+struct ArgRule {
   Role role;
   SizeFn size = nullptr;   // arrays: elements
   const int* legal = nullptr;  // flags: legal values, 0-terminated
@@ -128,7 +128,7 @@ struct Row {
   const char* name;
   void (*fn)();
   Invoke invoke;
-  std::vector<Spec> args;
+  std::vector<ArgRule> args;
   bool allocates;  // takes memory from the aligned allocator (or builds tables)
   bool partial = false;  // a failure may come after earlier outputs were written
   const char* lateContext = nullptr;  // a report with this text comes after the outputs
@@ -136,21 +136,21 @@ struct Row {
 
 // ---- Argument specs ----------------------------------------------------------
 
-inline Spec len() { return {Role::kLen}; }
-inline Spec count() { return {Role::kCount}; }  // an allocator's count: drawn as a length, never refused
-inline Spec order() { return {Role::kOrder}; }
-inline Spec flags(const int* legal) { return {Role::kFlags, nullptr, legal}; }
-inline Spec factor() { return {Role::kFactor}; }
+inline ArgRule len() { return {Role::kLen}; }
+inline ArgRule count() { return {Role::kCount}; }  // an allocator's count: drawn as a length, never refused
+inline ArgRule order() { return {Role::kOrder}; }
+inline ArgRule flags(const int* legal) { return {Role::kFlags, nullptr, legal}; }
+inline ArgRule factor() { return {Role::kFactor}; }
 template <int K>
-Spec phase() {
+ArgRule phase() {
   return {Role::kPhase, nullptr, nullptr, K};
 }
-inline Spec scaleMode() { return {Role::kScaleMode}; }
-inline Spec anyInt() { return {Role::kAnyInt}; }
-inline Spec value() { return {Role::kValue}; }
-inline Spec in(SizeFn size) { return {Role::kIn, size}; }
-inline Spec out(SizeFn size) { return {Role::kOut, size}; }
-inline Spec io(SizeFn size) { return {Role::kInOut, size}; }
+inline ArgRule scaleMode() { return {Role::kScaleMode}; }
+inline ArgRule anyInt() { return {Role::kAnyInt}; }
+inline ArgRule value() { return {Role::kValue}; }
+inline ArgRule in(SizeFn size) { return {Role::kIn, size}; }
+inline ArgRule out(SizeFn size) { return {Role::kOut, size}; }
+inline ArgRule io(SizeFn size) { return {Role::kInOut, size}; }
 
 // Sizes.
 template <int K>
@@ -185,34 +185,34 @@ template <class S>
 void buildDlyState(Case& c, int arg);
 
 template <class S, class H>
-Spec firState() {
+ArgRule firState() {
   return {Role::kRecord, nullptr, nullptr, -1, buildFirState<S, H>};
 }
 template <class S, class H>
-Spec firStateForInit() {
+ArgRule firStateForInit() {
   return {Role::kRecord, nullptr, nullptr, -1, buildFirStateForInit<S, H>};
 }
 template <class H>
-Spec tapState() {
+ArgRule tapState() {
   return {Role::kRecord, nullptr, nullptr, -1, buildTapState<H>};
 }
-bool isHighLevelRecord(const Spec& s);
-bool isInitRecord(const Spec& s);
+bool isHighLevelRecord(const ArgRule& s);
+bool isInitRecord(const ArgRule& s);
 
 // A tap state that may also be all zero (a routine that must refuse it).
 template <class H>
-Spec tapStateOrZero() {
+ArgRule tapStateOrZero() {
   return {Role::kRecord, nullptr, nullptr, -1, buildTapStateOrZero<H>};
 }
 // The delay state of the row's tap state (always its first argument).
 template <class S>
-Spec dlyState() {
+ArgRule dlyState() {
   return {Role::kRecord, nullptr, nullptr, -1, buildDlyState<S>};
 }
 // Pointers that are the caller's to keep valid and that no check can
 // judge (texts, report functions): null or a valid one.
-Spec text();
-Spec reportFn();
+ArgRule text();
+ArgRule reportFn();
 
 // ---- Rows ----------------------------------------------------------------------
 
@@ -254,7 +254,7 @@ constexpr int elemSize() {
 }
 
 struct Sized {
-  Spec spec;
+  ArgRule spec;
   int elem;
 };
 
@@ -265,8 +265,8 @@ Row row(const char* name, R (*f)(P...), S... specs) {
   Row r{name, reinterpret_cast<void (*)()>(f), invokeAs<R, P...>, {}, false};
   const int elems[] = {0, elemSize<P>()...};
   int k = 1;
-  for (const Spec& s : std::initializer_list<Spec>{specs...}) {
-    Spec copy = s;
+  for (const ArgRule& s : std::initializer_list<ArgRule>{specs...}) {
+    ArgRule copy = s;
     if (copy.role == Role::kIn || copy.role == Role::kOut || copy.role == Role::kInOut || copy.role == Role::kValue)
       copy.ref = elems[k];  // element size of arrays, byte size of values
     r.args.push_back(copy);
@@ -295,7 +295,7 @@ constexpr int lengthArg() {
 }
 
 template <class P, int I, int K, bool kScaled>
-Spec vecSpec() {
+ArgRule vecSpec() {
   if constexpr (std::is_same_v<P, int*> || (std::is_pointer_v<P> && K < 0)) return out(one);
   else if constexpr (std::is_pointer_v<P> && std::is_const_v<std::remove_pointer_t<P>>) return in(arg<K>);
   else if constexpr (std::is_pointer_v<P>) return out(arg<K>);

@@ -89,7 +89,7 @@ TEST(RoutineTable, EveryHeaderRoutineHasExactlyOneRow) {
 }
 
 bool checkable(const Row& r) {
-  for (const hostile::Spec& s : r.args) {
+  for (const hostile::ArgRule& s : r.args) {
     if (s.role == hostile::Role::kLen || s.role == hostile::Role::kOrder || s.role == hostile::Role::kFactor)
       return true;
     if (s.role == hostile::Role::kRecord && s.record != hostile::text().record &&
@@ -140,7 +140,7 @@ TEST(RoutineTable, CorpusReplaysClean) {
 TEST(RoutineTable, HighLevelRecordsWithoutMarkAreRefused) {
   int rows = 0;
   for (const Row& r : hostile::allRows()) {
-    const bool uses = std::any_of(r.args.begin(), r.args.end(), [](const hostile::Spec& s) {
+    const bool uses = std::any_of(r.args.begin(), r.args.end(), [](const hostile::ArgRule& s) {
       return s.role == hostile::Role::kRecord && hostile::isHighLevelRecord(s) && !hostile::isInitRecord(s);
     });
     if (!uses) continue;
