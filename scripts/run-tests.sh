@@ -12,6 +12,8 @@ cd "$(dirname "$0")/.."
 scripts/setup-packages.sh g++ g++-multilib cmake make googletest ccache binutils pkg-config
 
 export CCACHE_DIR=${CCACHE_DIR:-$HOME/.cache/ryxcore-ccache}
+# Paths relative to the checkout, so separate checkouts share cached objects.
+export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$PWD} CCACHE_NOHASHDIR=1
 jobs=$(nproc)
 builds=${RYX_BUILDS:-"x64 i386 sanitize tsan"}
 root=${RYX_BUILD_ROOT:-build}
