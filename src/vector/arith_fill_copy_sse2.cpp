@@ -9,11 +9,16 @@
 // source's alignment at the first block (16, 8, other) and streaming stores
 // while more than 2048 words remain. A copy to a higher overlapping address
 // is not protected.
+//
+// Below the streaming thresholds the 16-word turns go to 256- or 512-bit
+// stores where the processor has them: the same words in the same forward
+// order, fewer instructions.
 #include <emmintrin.h>
 
 #include <cstdint>
 #include <cstring>
 
+#include "frame/cpu_dispatch.h"
 #include "vector/arith_kernels.h"
 
 namespace ryx::arith {
@@ -23,6 +28,22 @@ inline bool aligned16(const void* p) { return (reinterpret_cast<std::uintptr_t>(
 inline unsigned misalign(const void* p) { return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(p) & 15u); }
 
 inline void putWord(char* d, std::uint32_t w) { std::memcpy(d, &w, 4); }
+
+using ryx::cpu::Isa;
+
+// The cached turns in the widest stores allowed; 0 when only SSE2 is.
+std::int64_t wideFill(char* d, __m128 lanes, std::int64_t words) {
+  if (words < 16) return 0;
+  if (ryx::cpu::allows(Isa::Avx512)) return avx512::fillTurns(d, lanes, words);
+  if (ryx::cpu::allows(Isa::Avx2)) return avx2::fillTurns(d, lanes, words);
+  return 0;
+}
+std::int64_t wideCopy(const char* s, char* d, std::int64_t words) {
+  if (words < 16) return 0;
+  if (ryx::cpu::allows(Isa::Avx512)) return avx512::copyTurns(s, d, words);
+  if (ryx::cpu::allows(Isa::Avx2)) return avx2::copyTurns(s, d, words);
+  return 0;
+}
 
 enum class SrcForm { Aligned16, Aligned8, Other };
 
@@ -42,6 +63,13 @@ template <SrcForm F>
 void copyBlocks(const char*& s, char*& d, std::int64_t& words, bool& streamed) {
   while (words >= 16) {
     const bool stream = words > 2048;
+    if (!stream) {
+      const std::int64_t done = wideCopy(s, d, words);
+      s += 4 * done;
+      d += 4 * done;
+      words -= done;
+      if (words < 16) break;
+    }
     __m128 v[4];
     for (int k = 0; k < 4; ++k) v[k] = loadSrc<F>(s + 16 * k);
     float* df = reinterpret_cast<float*>(d);
@@ -61,29 +89,37 @@ void copyBlocks(const char*& s, char*& d, std::int64_t& words, bool& streamed) {
 
 void fillWords(const std::uint32_t* pattern, int period, void* dst, std::int64_t words) {
   char* d = static_cast<char*>(dst);
+  const int wrap = period - 1;  // period is 1, 2 or 4
   int phase = 0;
   while (words > 0 && !aligned16(d)) {
     putWord(d, pattern[phase]);
-    phase = (phase + 1) % period;
+    phase = (phase + 1) & wrap;
     d += 4;
     --words;
   }
   if (words <= 0) return;
   std::uint32_t lanes[4];
-  for (int l = 0; l < 4; ++l) lanes[l] = pattern[(phase + l) % period];
-  __m128 v;
-  std::memcpy(&v, lanes, 16);
+  for (int l = 0; l < 4; ++l) lanes[l] = pattern[(phase + l) & wrap];
+  // Built in registers: a vector load of just-stored words would stall on
+  // store forwarding, which costs as much as a short fill.
+  const __m128 v = _mm_castsi128_ps(_mm_setr_epi32(static_cast<int>(lanes[0]), static_cast<int>(lanes[1]),
+                                                   static_cast<int>(lanes[2]), static_cast<int>(lanes[3])));
   bool streamed = false;
-  for (; words >= 16; words -= 16, d += 64) {
+  for (; words > 4096; words -= 16, d += 64) {
     float* df = reinterpret_cast<float*>(d);
-    if (words > 4096) {
-      for (int k = 0; k < 4; ++k) _mm_stream_ps(df + 4 * k, v);
-      streamed = true;
-    } else {
-      for (int k = 0; k < 4; ++k) _mm_store_ps(df + 4 * k, v);
-    }
+    for (int k = 0; k < 4; ++k) _mm_stream_ps(df + 4 * k, v);
+    streamed = true;
   }
   if (streamed) _mm_sfence();
+  {
+    const std::int64_t done = wideFill(d, v, words);
+    d += 4 * done;
+    words -= done;
+  }
+  for (; words >= 16; words -= 16, d += 64) {
+    float* df = reinterpret_cast<float*>(d);
+    for (int k = 0; k < 4; ++k) _mm_store_ps(df + 4 * k, v);
+  }
   for (; words >= 4; words -= 4, d += 16) _mm_store_ps(reinterpret_cast<float*>(d), v);
   for (int l = 0; words > 0; --words, ++l, d += 4) putWord(d, lanes[l]);
 }

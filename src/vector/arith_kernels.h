@@ -2,6 +2,8 @@
 // has checked that n > 0 and that every pointer is set.
 #pragma once
 
+#include <emmintrin.h>
+
 #include <cstdint>
 
 #include "ryxcore.h"
@@ -25,5 +27,18 @@ void fillWords(const std::uint32_t* pattern, int period, void* dst, std::int64_t
 
 // Forward copy of `words` 32-bit words. Copy of every type uses it.
 void copyWords(const void* src, void* dst, std::int64_t words);
+
+// The cached (non-streaming) 16-word turns of fill and copy in wider
+// stores, forward, for the block part below the streaming thresholds.
+// `d` is 16-byte aligned; each writes floor(words / 16) * 16 words (the
+// fill repeating the four 32-bit lanes of `lanes`) and returns that count.
+namespace avx2 {
+std::int64_t fillTurns(char* d, __m128 lanes, std::int64_t words);
+std::int64_t copyTurns(const char* s, char* d, std::int64_t words);
+}  // namespace avx2
+namespace avx512 {
+std::int64_t fillTurns(char* d, __m128 lanes, std::int64_t words);
+std::int64_t copyTurns(const char* s, char* d, std::int64_t words);
+}  // namespace avx512
 
 }  // namespace ryx::arith
