@@ -115,11 +115,46 @@ void interp4Ryx(benchmark::State& state) {
   setRate(state, kBlock);
 }
 
+// The caller-owned multirate forms on the same filters.
+void decim4lRyx(benchmark::State& state) {
+  const int len = static_cast<int>(state.range(0));
+  std::vector<float> taps = signal(len, 0.003f), src = signal(kBlock, 0.01f);
+  std::vector<float> dst(kBlock / 4), line(static_cast<size_t>(len) + 8);
+  RyxFirTapState ts;
+  RyxFirDlyState ds;
+  ryxsFirlInitMr(taps.data(), len, 1, 0, 4, 0, &ts);
+  ryxsFirlInitDlyl(&ts, line.data(), &ds);
+  ryxsFirlSetDlyl(&ts, nullptr, &ds);
+  for (auto _ : state) {
+    ryxsbFirl(&ts, &ds, src.data(), dst.data(), kBlock / 4);
+    benchmark::ClobberMemory();
+  }
+  setRate(state, kBlock);
+}
+
+void interp4lRyx(benchmark::State& state) {
+  const int len = static_cast<int>(state.range(0));
+  std::vector<float> taps = signal(len, 0.003f), src = signal(kBlock, 0.01f);
+  std::vector<float> dst(4 * kBlock), line(static_cast<size_t>(len) + 8);
+  RyxFirTapState ts;
+  RyxFirDlyState ds;
+  ryxsFirlInitMr(taps.data(), len, 4, 0, 1, 0, &ts);
+  ryxsFirlInitDlyl(&ts, line.data(), &ds);
+  ryxsFirlSetDlyl(&ts, nullptr, &ds);
+  for (auto _ : state) {
+    ryxsbFirl(&ts, &ds, src.data(), dst.data(), kBlock);
+    benchmark::ClobberMemory();
+  }
+  setRate(state, kBlock);
+}
+
 BENCHMARK(sbFirlRyx)->Name("sbFirl:ryx")->Arg(16)->Arg(64)->Arg(256)->Apply(configure);
 BENCHMARK(sbFirRyx)->Name("sbFir:ryx")->Arg(16)->Arg(64)->Arg(256)->Apply(configure);
 BENCHMARK(csbFirRyx)->Name("csbFir:ryx")->Arg(64)->Apply(configure);
 BENCHMARK(decim4Ryx)->Name("decim4:ryx")->Arg(64)->Apply(configure);
 BENCHMARK(interp4Ryx)->Name("interp4:ryx")->Arg(64)->Apply(configure);
+BENCHMARK(decim4lRyx)->Name("decim4l:ryx")->Arg(64)->Apply(configure);
+BENCHMARK(interp4lRyx)->Name("interp4l:ryx")->Arg(64)->Apply(configure);
 
 // ---- liquid-dsp ----
 #ifdef RYX_HAVE_LIQUID
@@ -183,6 +218,8 @@ BENCHMARK(firfiltLiquid)->Name("sbFir:liquid")->Arg(16)->Arg(64)->Arg(256)->Appl
 BENCHMARK(firfiltComplexLiquid)->Name("csbFir:liquid")->Arg(64)->Apply(configure);
 BENCHMARK(decim4Liquid)->Name("decim4:liquid")->Arg(64)->Apply(configure);
 BENCHMARK(interp4Liquid)->Name("interp4:liquid")->Arg(64)->Apply(configure);
+BENCHMARK(decim4Liquid)->Name("decim4l:liquid")->Arg(64)->Apply(configure);
+BENCHMARK(interp4Liquid)->Name("interp4l:liquid")->Arg(64)->Apply(configure);
 
 #endif
 

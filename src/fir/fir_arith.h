@@ -5,6 +5,7 @@
 // its order out; none of them may be reassociated.
 #pragma once
 
+#include <algorithm>
 #include <type_traits>
 
 #include <xmmintrin.h>
@@ -73,6 +74,31 @@ inline Acc<S, H> dotExt(const S* x, int xs, const H* h, int hs, int n) {
   Acc<S, H> acc = zeroAcc<Acc<S, H>>();
   for (int k = 0; k < n; ++k) acc = acc + mul(ext(x[k * xs]), ext(h[k * hs]));
   return acc;
+}
+
+// Four dot products of the dotExt form side by side: product k of each
+// goes into its own accumulator in index order, exactly as dotExt would
+// sum it, but the additions of the four overlap instead of waiting on one
+// adder chain. Lengths may differ; past the shortest, each runs on alone.
+template <class S, class H>
+inline void dotExt4(const S* const x[4], int xs, const H* const h[4], int hs, const int n[4], Acc<S, H> out[4]) {
+  Acc<S, H> a0 = zeroAcc<Acc<S, H>>(), a1 = a0, a2 = a0, a3 = a0;
+  const int common = std::min(std::min(n[0], n[1]), std::min(n[2], n[3]));
+  const S *x0 = x[0], *x1 = x[1], *x2 = x[2], *x3 = x[3];
+  const H *h0 = h[0], *h1 = h[1], *h2 = h[2], *h3 = h[3];
+  for (int k = 0; k < common; ++k) {
+    a0 = a0 + mul(ext(x0[k * xs]), ext(h0[k * hs]));
+    a1 = a1 + mul(ext(x1[k * xs]), ext(h1[k * hs]));
+    a2 = a2 + mul(ext(x2[k * xs]), ext(h2[k * hs]));
+    a3 = a3 + mul(ext(x3[k * xs]), ext(h3[k * hs]));
+  }
+  out[0] = a0;
+  out[1] = a1;
+  out[2] = a2;
+  out[3] = a3;
+  for (int j = 0; j < 4; ++j) {
+    for (int k = common; k < n[j]; ++k) out[j] = out[j] + mul(ext(x[j][k * xs]), ext(h[j][k * hs]));
+  }
 }
 
 // ---- Float single-sample dot products ---------------------------------------

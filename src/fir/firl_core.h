@@ -202,7 +202,18 @@ void firlBlockDecim(const RyxFirTapState* ts, RyxFirDlyState* ds, const S* src, 
     pushLine(line, ds->dlylLen, src[t]);
     if (t % down == phase) dst[t / down] = narrow<O>(dotExt(line, 1, taps, 1, len));
   }
-  for (long long t = limit; t < ticks; t += down) dst[t / down] = narrow<O>(dotExt(src + t, -1, taps, 1, len));
+  long long t = limit;
+  // Four outputs at a time (each summed in dotExt's order), then singly.
+  for (; t + 3LL * down < ticks; t += 4LL * down) {
+    const S* x[4];
+    const H* h[4] = {taps, taps, taps, taps};
+    const int n[4] = {len, len, len, len};
+    for (int j = 0; j < 4; ++j) x[j] = src + t + static_cast<long long>(j) * down;
+    Acc<S, H> acc[4];
+    dotExt4(x, -1, h, 1, n, acc);
+    for (int j = 0; j < 4; ++j) dst[t / down + j] = narrow<O>(acc[j]);
+  }
+  for (; t < ticks; t += down) dst[t / down] = narrow<O>(dotExt(src + t, -1, taps, 1, len));
   const long long keep = std::min<long long>(len, ticks);
   for (long long k = 0; k < keep; ++k) line[k] = src[ticks - 1 - k];
 }
@@ -235,10 +246,31 @@ void firlBlockPoly(const RyxFirTapState* ts, RyxFirDlyState* ds, const S* src, O
     if (++a == up) a = 0;
     if (++b == down) b = 0;
   }
-  for (long long t = limit; t < ticks; t += down) {
+  // Straight from src: each output's newest sample and branch of taps.
+  auto spanOf = [&](long long t, const S*& x, const H*& h, int& n) {
     const long long newest = (t - upPhase) / up;
     const int branch = static_cast<int>(t - (newest * up + upPhase));
-    dst[out++] = narrow<O>(dotExt(src + newest, -1, taps + branch, up, branch < r ? w : q));
+    x = src + newest;
+    h = taps + branch;
+    n = branch < r ? w : q;
+  };
+  long long t = limit;
+  // Four outputs at a time (each summed in dotExt's order), then singly.
+  for (; t + 3LL * down < ticks; t += 4LL * down) {
+    const S* x[4];
+    const H* h[4];
+    int n[4];
+    for (int j = 0; j < 4; ++j) spanOf(t + static_cast<long long>(j) * down, x[j], h[j], n[j]);
+    Acc<S, H> acc[4];
+    dotExt4(x, -1, h, up, n, acc);
+    for (int j = 0; j < 4; ++j) dst[out++] = narrow<O>(acc[j]);
+  }
+  for (; t < ticks; t += down) {
+    const S* x;
+    const H* h;
+    int n;
+    spanOf(t, x, h, n);
+    dst[out++] = narrow<O>(dotExt(x, -1, h, up, n));
   }
   const long long keep = std::min<long long>(inputs, w);
   for (long long k = 0; k < keep; ++k) line[k] = src[inputs - 1 - k];
