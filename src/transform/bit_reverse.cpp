@@ -123,6 +123,56 @@ void permuteCopyW(const unsigned char* s, unsigned char* d, int order, const std
   }
 }
 
+// Cache-blocked reversal for transforms larger than the first-level
+// cache. An index is split as i = (h, m, l): B high bits, the middle bits,
+// B low bits; its reverse is (rev l, rev m, rev h). So the 2^B x 2^B tile of
+// middle m maps onto the tile of rev m, transposed, with rows and columns
+// reversed. Both tiles are read into buffers before either is written,
+// which makes the same code serve in place and source to destination; the
+// rows read and the rows written are contiguous runs of 2^B elements.
+inline std::uint32_t reverseLow(std::uint32_t v, int bits) {
+  std::uint32_t r = 0;
+  for (int k = 0; k < bits; ++k, v >>= 1) r = (r << 1) | (v & 1u);
+  return r;
+}
+
+template <int W, int B>
+void reverseBlocked(const unsigned char* s, unsigned char* d, int order) {
+  constexpr std::uint32_t T = 1u << B;
+  alignas(64) unsigned char tileA[T * T * W];
+  alignas(64) unsigned char tileB[T * T * W];
+  std::uint32_t revB[T];
+  for (std::uint32_t k = 0; k < T; ++k) revB[k] = reverseLow(k, B);
+  const int midBits = order - 2 * B;
+  const int highShift = order - B;
+  const std::uint32_t mids = 1u << midBits;
+  auto at = [&](std::uint32_t h, std::uint32_t m, std::uint32_t l) {
+    return ((std::size_t{h} << highShift) | (std::size_t{m} << B) | l) * W;
+  };
+  auto gather = [&](std::uint32_t m, unsigned char* tile) {
+    for (std::uint32_t h = 0; h < T; ++h) std::memcpy(tile + h * T * W, s + at(h, m, 0), T * W);
+  };
+  // Element (h, l) of the tile of m goes to (rev l, rm, rev h).
+  auto scatter = [&](const unsigned char* tile, std::uint32_t rm) {
+    for (std::uint32_t l = 0; l < T; ++l) {
+      unsigned char* row = d + at(revB[l], rm, 0);
+      for (std::uint32_t h = 0; h < T; ++h) std::memcpy(row + std::size_t{revB[h]} * W, tile + (h * T + l) * W, W);
+    }
+  };
+  for (std::uint32_t m = 0; m < mids; ++m) {
+    const std::uint32_t rm = reverseLow(m, midBits);
+    if (rm < m) continue;  // done with its partner
+    gather(m, tileA);
+    if (rm != m) gather(rm, tileB);
+    scatter(tileA, rm);
+    if (rm != m) scatter(tileB, m);
+  }
+}
+
+// Orders from which the blocked form runs (the array outgrows the L1 cache).
+constexpr int kBlockedFrom8 = 12;
+constexpr int kBlockedFrom16 = 11;
+
 template <int W>
 void copySmall(const unsigned char* s, unsigned char* d, std::uint32_t n) {
   moveAt<W>(s, 0, d, 0);
@@ -148,10 +198,15 @@ void permuteInPlace(void* data, int order, int elemBytes, const std::uint32_t* p
       permuteInPlaceW<4>(d, order, pairs);
       break;
     case 8:
-      permutePairs8(d, d, order, pairs);
+      if (order >= kBlockedFrom8)
+        reverseBlocked<8, 5>(d, d, order);
+      else
+        permutePairs8(d, d, order, pairs);
       break;
     default:
-      if (auto wide = ryx::fft::kernels().permute16; wide != nullptr && order >= 3)
+      if (order >= kBlockedFrom16)
+        reverseBlocked<16, 4>(d, d, order);
+      else if (auto wide = ryx::fft::kernels().permute16; wide != nullptr && order >= 3)
         wide(d, d, order, pairs);
       else
         permuteInPlaceW<16>(d, order, pairs);
@@ -188,10 +243,15 @@ void permuteCopy(const void* src, void* dst, int order, int elemBytes, const std
       permuteCopyW<4>(s, d, order, pairs);
       break;
     case 8:
-      permutePairs8(s, d, order, pairs);
+      if (order >= kBlockedFrom8)
+        reverseBlocked<8, 5>(s, d, order);
+      else
+        permutePairs8(s, d, order, pairs);
       break;
     default:
-      if (auto wide = ryx::fft::kernels().permute16; wide != nullptr)
+      if (order >= kBlockedFrom16)
+        reverseBlocked<16, 4>(s, d, order);
+      else if (auto wide = ryx::fft::kernels().permute16; wide != nullptr)
         wide(s, d, order, pairs);
       else
         permuteCopyW<16>(s, d, order, pairs);

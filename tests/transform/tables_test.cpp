@@ -61,7 +61,7 @@ TEST(BitRev, ScalarAndTableAgainstBitByBitReversal) {
 template <class T>
 void checkPermutations(void (*rev1)(T*, int), void (*rev2)(const T*, T*, int)) {
   Random rng(sizeof(T));
-  for (int order = 0; order <= 13; ++order) {
+  for (int order : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 16, 17}) {
     const int n = 1 << order;
     std::vector<unsigned char> bytes(sizeof(T) * n);
     for (auto& b : bytes) b = static_cast<unsigned char>(rng.bits());
