@@ -70,6 +70,15 @@ RYXAPI RyxStatus ryxzDownSample(const DCplx* src, int srcLen, DCplx* dst, int* d
 RYXAPI RyxStatus ryxwDownSample(const short* src, int srcLen, short* dst, int* dstLen, int factor, int* phase);
 RYXAPI RyxStatus ryxvDownSample(const WCplx* src, int srcLen, WCplx* dst, int* dstLen, int factor, int* phase);
 
+/* ---- Median filter ------------------------------------------------------ */
+
+RYXAPI void ryxsbMedianFilter1(float* inout, int len, int maskSize);
+RYXAPI void ryxdbMedianFilter1(double* inout, int len, int maskSize);
+RYXAPI void ryxwbMedianFilter1(short* inout, int len, int maskSize);
+RYXAPI void ryxsbMedianFilter2(const float* src, float* dst, int len, int maskSize);
+RYXAPI void ryxdbMedianFilter2(const double* src, double* dst, int len, int maskSize);
+RYXAPI void ryxwbMedianFilter2(const short* src, short* dst, int len, int maskSize);
+
 #ifdef __cplusplus
 }
 #endif
