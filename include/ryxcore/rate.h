@@ -79,6 +79,13 @@ RYXAPI void ryxsbMedianFilter2(const float* src, float* dst, int len, int maskSi
 RYXAPI void ryxdbMedianFilter2(const double* src, double* dst, int len, int maskSize);
 RYXAPI void ryxwbMedianFilter2(const short* src, short* dst, int len, int maskSize);
 
+/* ---- FIR design by window ------------------------------------------------ */
+
+RYXAPI RyxStatus ryxdFirLowpass(double rfreq, double* taps, int tapsLen, int winType, int doNormal);
+RYXAPI RyxStatus ryxdFirHighpass(double rfreq, double* taps, int tapsLen, int winType, int doNormal);
+RYXAPI RyxStatus ryxdFirBandpass(double rLowFreq, double rHighFreq, double* taps, int tapsLen, int winType, int doNormal);
+RYXAPI RyxStatus ryxdFirBandstop(double rLowFreq, double rHighFreq, double* taps, int tapsLen, int winType, int doNormal);
+
 #ifdef __cplusplus
 }
 #endif
