@@ -86,6 +86,29 @@ RYXAPI RyxStatus ryxdFirHighpass(double rfreq, double* taps, int tapsLen, int wi
 RYXAPI RyxStatus ryxdFirBandpass(double rLowFreq, double rHighFreq, double* taps, int tapsLen, int winType, int doNormal);
 RYXAPI RyxStatus ryxdFirBandstop(double rLowFreq, double rHighFreq, double* taps, int tapsLen, int winType, int doNormal);
 
+/* ---- Resampling filter ---------------------------------------------------- */
+
+/* Record of the resampling filter; the caller allocates it, Init fills it,
+ * ryxSampFree releases what it owns. factors, freqs and taps hold the
+ * record's type (float or double). */
+typedef struct RyxSampState {
+  int factorCount;     /* entries of factors and freqs, rows of taps */
+  int tapsLen;         /* taps per row */
+  int lastSrcLen;      /* lengths the embedded filter was built for; 0 after Init */
+  int lastDstLen;
+  unsigned int mark;   /* 0xfedcba91 while valid */
+  void* factors;       /* copy of the caller's ratios */
+  void* freqs;         /* copy of the caller's cut-off frequencies */
+  void* taps;          /* factorCount rows of tapsLen taps */
+  RyxFirState fir;     /* embedded multirate filter */
+} RyxSampState;
+
+RYXAPI int ryxsSampInit(RyxSampState* state, const float* factors, const float* freqs, int factorCount, int tapsLen);
+RYXAPI int ryxdSampInit(RyxSampState* state, const double* factors, const double* freqs, int factorCount, int tapsLen);
+RYXAPI int ryxsSamp(RyxSampState* state, const float* src, int srcLen, float* dst, int dstLen);
+RYXAPI int ryxdSamp(RyxSampState* state, const double* src, int srcLen, double* dst, int dstLen);
+RYXAPI void ryxSampFree(RyxSampState* state);
+
 #ifdef __cplusplus
 }
 #endif
