@@ -10,6 +10,8 @@
 #include <emmintrin.h>
 
 #include <algorithm>
+#include <climits>
+#include <cstdint>
 #include <cstddef>
 #include <cstring>
 
@@ -113,18 +115,29 @@ bool sameRank(T a, T b) {
   return !(a < b) && !(a > b) && a == a;
 }
 
-// The sorted-window method; false when the working arrays were not had.
+// Working arrays of the sorted-window method: two of `mask` elements, each
+// rounded up to a multiple of four.
 template <class T>
-bool medianGeneral(T* x, int len, int mask) {
-  const int half = mask / 2;
-  const int room = (mask + 3) & ~3;
-  T* sorted = allocArray<T>(room);
-  T* fifo = allocArray<T>(room);
-  if (sorted == nullptr || fifo == nullptr) {
+struct Work {
+  T* sorted = nullptr;
+  T* fifo = nullptr;
+  ~Work() {
     ryxFree(sorted);
     ryxFree(fifo);
-    return false;
   }
+  bool take(int mask) {
+    const std::int64_t room = (std::int64_t{mask} + 3) & ~std::int64_t{3};
+    if (room * static_cast<std::int64_t>(sizeof(T)) > INT_MAX) return false;  // beyond the allocator's counts
+    sorted = allocArray<T>(static_cast<int>(room));
+    fifo = allocArray<T>(static_cast<int>(room));
+    return sorted != nullptr && fifo != nullptr;
+  }
+};
+
+// The sorted-window method.
+template <class T>
+void medianGeneral(T* x, int len, int mask, T* sorted, T* fifo) {
+  const int half = mask / 2;
   for (int k = 0; k < mask; ++k) fifo[k] = sorted[k] = x[clampIndex(k - half, len)];
   for (int pass = mask - 1; pass > 0; --pass) {
     for (int k = 0; k < pass; ++k) {
@@ -149,22 +162,39 @@ bool medianGeneral(T* x, int len, int mask) {
     }
     sorted[at] = entering;
   }
-  ryxFree(sorted);
-  ryxFree(fifo);
-  return true;
 }
 
+// Once half reaches len-1 every window holds all samples, plus copies of
+// the two ends whose counts grow together with half while their difference
+// stays len-1-2i; adding one copy of each end leaves the middle rank on the
+// same value. So a mask beyond 2*len-1 acts as 2*len-1, which bounds the
+// working arrays and the time by the data rather than by maskSize.
+// 0 when there is nothing to do.
+inline int effectiveMask(int len, int maskSize) {
+  const int odd = maskSize - ((maskSize + 1) & 1);
+  if (odd <= 1 || len < 3) return 0;
+  return static_cast<int>(std::min<std::int64_t>(odd, 2 * std::int64_t{len} - 1));
+}
+
+// Filters x in place (after copying src there when src differs). The
+// working arrays are taken before anything is written, so a refusal
+// leaves x as it was.
 template <class T>
-void medianInPlace(const char* name, T* x, int len, int maskSize) {
-  const int mask = maskSize - ((maskSize + 1) & 1);
-  if (mask <= 1 || len < 3) return;
+void median(const char* name, const T* src, T* x, int len, int maskSize) {
+  const int mask = effectiveMask(len, maskSize);
+  Work<T> work;
+  if (mask > 9 && !work.take(mask)) {
+    reportNoMem({name, kStem}, "out of memory");
+    return;
+  }
+  if (src != x) std::memmove(x, src, sizeof(T) * static_cast<std::size_t>(len));
   switch (mask) {
+    case 0: return;
     case 3: medianSmall<T, 3>(x, len); return;
     case 5: medianSmall<T, 5>(x, len); return;
     case 7: medianSmall<T, 7>(x, len); return;
     case 9: medianSmall<T, 9>(x, len); return;
-    default:
-      if (!medianGeneral(x, len, mask)) reportNoMem({name, kStem}, "out of memory");
+    default: medianGeneral(x, len, mask, work.sorted, work.fifo);
   }
 }
 
@@ -172,18 +202,17 @@ template <class T>
 void filter1(const char* name, T* inout, int len, int maskSize) {
   if (!passFirst({name, kStem}, {{len < 1, "len<=0"}, {inout == nullptr, "inout==0"}, {maskSize < 1, "masksize<=0"}}))
     return;
-  medianInPlace(name, inout, len, maskSize);
+  median(name, inout, inout, len, maskSize);
 }
 
-// The copy comes first, so dst holds the source even where nothing is
-// filtered (mask 1, fewer than three samples) or the working arrays fail.
+// dst receives the source even where nothing is filtered (mask 1, fewer
+// than three samples).
 template <class T>
 void filter2(const char* name, const T* src, T* dst, int len, int maskSize) {
   if (!passFirst({name, kStem},
                  {{len < 1, "len<=0"}, {src == nullptr, "src==0"}, {dst == nullptr, "dst==0"}, {maskSize < 1, "masksize<=0"}}))
     return;
-  if (src != dst) std::memmove(dst, src, sizeof(T) * static_cast<std::size_t>(len));
-  medianInPlace(name, dst, len, maskSize);
+  median(name, src, dst, len, maskSize);
 }
 
 }  // namespace
