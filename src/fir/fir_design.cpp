@@ -17,7 +17,6 @@
 #include <source_location>
 
 #include "ryxcore.h"
-#include "ryxcore/rate.h"
 
 namespace ryx::firdesign {
 namespace {

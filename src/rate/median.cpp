@@ -17,7 +17,6 @@
 
 #include "frame/checks.h"
 #include "frame/memory.h"
-#include "ryxcore/rate.h"
 
 namespace ryx::rate {
 namespace {

@@ -20,7 +20,6 @@
 
 #include "frame/memory.h"
 #include "rate/rate_checks.h"
-#include "ryxcore/rate.h"
 
 namespace ryx::rate {
 namespace {

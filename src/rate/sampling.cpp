@@ -8,7 +8,6 @@
 #include <cstring>
 
 #include "rate/rate_checks.h"
-#include "ryxcore/rate.h"
 
 namespace ryx::rate {
 namespace {

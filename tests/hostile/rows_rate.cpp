@@ -6,7 +6,6 @@
 #include <climits>
 
 #include "routine_table.h"
-#include "ryxcore/rate.h"
 
 namespace hostile {
 namespace {

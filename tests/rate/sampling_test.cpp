@@ -6,48 +6,36 @@
 #include <cstring>
 #include <random>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 #include "ryxcore.h"
-#include "ryxcore/rate.h"
 
 namespace {
 
-// The two routines of each type.
 template <class T>
-struct Rate {
-  static auto pick() {
-    if constexpr (std::is_same_v<T, float>) return std::pair{&ryxsUpSample, &ryxsDownSample};
-    else if constexpr (std::is_same_v<T, SCplx>) return std::pair{&ryxcUpSample, &ryxcDownSample};
-    else if constexpr (std::is_same_v<T, double>) return std::pair{&ryxdUpSample, &ryxdDownSample};
-    else if constexpr (std::is_same_v<T, DCplx>) return std::pair{&ryxzUpSample, &ryxzDownSample};
-    else if constexpr (std::is_same_v<T, short>) return std::pair{&ryxwUpSample, &ryxwDownSample};
-    else return std::pair{&ryxvUpSample, &ryxvDownSample};
-  }
-  static inline const auto up = pick().first;
-  static inline const auto down = pick().second;
-};
-
-// A nonzero sample per index, distinct in both parts of the complex types.
-template <class T>
-T sampleOf(int k) {
-  const int v = 1 + k % 30000;
-  if constexpr (std::is_same_v<T, WCplx>) return T{short(v), short(-v)};
-  else if constexpr (std::is_same_v<T, SCplx>) return T{float(v), float(-v)};
-  else if constexpr (std::is_same_v<T, DCplx>) return T{double(v), double(-v) / 3};
-  else return T(v);
+auto routines() {
+  if constexpr (std::is_same_v<T, float>) return std::pair{&ryxsUpSample, &ryxsDownSample};
+  else if constexpr (std::is_same_v<T, SCplx>) return std::pair{&ryxcUpSample, &ryxcDownSample};
+  else if constexpr (std::is_same_v<T, double>) return std::pair{&ryxdUpSample, &ryxdDownSample};
+  else if constexpr (std::is_same_v<T, DCplx>) return std::pair{&ryxzUpSample, &ryxzDownSample};
+  else if constexpr (std::is_same_v<T, short>) return std::pair{&ryxwUpSample, &ryxwDownSample};
+  else return std::pair{&ryxvUpSample, &ryxvDownSample};
 }
 
+// Nonzero samples, distinct in both parts of the complex types.
 template <class T>
 std::vector<T> samples(int n, int seed) {
   std::vector<T> v(n);
-  for (int i = 0; i < n; ++i) v[i] = sampleOf<T>(i * 7 + seed);
+  for (int i = 0; i < n; ++i) {
+    const short k = static_cast<short>(1 + (i * 7 + seed) % 30000);
+    if constexpr (std::is_arithmetic_v<T>) v[i] = T(k);
+    else v[i] = T{decltype(T{}.re)(k), decltype(T{}.re)(-k)};
+  }
   return v;
 }
 
 template <class T>
-bool sameBytes(const std::vector<T>& a, const std::vector<T>& b) {
+bool same(const std::vector<T>& a, const std::vector<T>& b) {
   return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0;
 }
 
@@ -56,72 +44,54 @@ class Sampling : public ::testing::Test {};
 using Types = ::testing::Types<float, SCplx, double, DCplx, short, WCplx>;
 TYPED_TEST_SUITE(Sampling, Types);
 
-TYPED_TEST(Sampling, EveryFactorPhaseAndLengthInAndOutOfPlace) {
+TYPED_TEST(Sampling, EveryFactorPhaseLengthInPlaceAndAcrossBlocks) {
   using T = TypeParam;
+  const auto [up, down] = routines<T>();
   for (int factor = 1; factor <= 5; ++factor)
     for (int phase = 0; phase < factor; ++phase)
       for (int n = 1; n <= 13; ++n) {
         const std::vector<T> src = samples<T>(n, factor + phase);
-        std::vector<T> want(n * factor + 2, T{});  // two guards past the end
+        std::vector<T> want(n * factor + 1, T{}), out = want, inPlace = want;  // one guard past the end
         for (int i = 0; i < n; ++i) want[i * factor + phase] = src[i];
-        std::vector<T> out(n * factor + 2, T{});
-        int len = -1, ph = phase;
-        ASSERT_EQ(Rate<T>::up(src.data(), n, out.data(), &len, factor, &ph), 0);
-        EXPECT_TRUE(sameBytes(out, want)) << factor << "/" << phase << "/" << n;
-        EXPECT_EQ(len, n * factor);
-        EXPECT_EQ(ph, phase);
-        std::vector<T> inPlace(n * factor + 2, T{});
         std::copy(src.begin(), src.end(), inPlace.begin());
-        ASSERT_EQ(Rate<T>::up(inPlace.data(), n, inPlace.data(), &len, factor, &ph), 0);
-        EXPECT_TRUE(sameBytes(inPlace, want)) << "in place " << factor << "/" << phase << "/" << n;
-
-        // Down: samples phase, phase+factor, ...; the phase left is the
-        // offset of the next wanted sample past the block.
-        std::vector<T> kept;
+        int len = -1, ph = phase;
+        ASSERT_EQ(up(src.data(), n, out.data(), &len, factor, &ph), 0);
+        ASSERT_EQ(up(inPlace.data(), n, inPlace.data(), &len, factor, &ph), 0);
+        EXPECT_TRUE(same(out, want) && same(inPlace, want)) << factor << "/" << phase << "/" << n;
+        EXPECT_TRUE(len == n * factor && ph == phase);
+        std::vector<T> kept, got(n + 1, T{}), self = src;
         int next = phase;
         for (; next < n; next += factor) kept.push_back(src[next]);
-        std::vector<T> got(n + 1, sampleOf<T>(99999)), wantDown = got;
-        std::copy(kept.begin(), kept.end(), wantDown.begin());
+        ASSERT_EQ(down(src.data(), n, got.data(), &len, factor, &ph), 0);
+        EXPECT_TRUE(len == static_cast<int>(kept.size()) && ph == next - n);
+        got.resize(len);
+        EXPECT_TRUE(same(got, kept)) << factor << "/" << phase << "/" << n;
         ph = phase;
-        ASSERT_EQ(Rate<T>::down(src.data(), n, got.data(), &len, factor, &ph), 0);
-        EXPECT_TRUE(sameBytes(got, wantDown)) << factor << "/" << phase << "/" << n;
-        EXPECT_EQ(len, static_cast<int>(kept.size()));
-        EXPECT_EQ(ph, next - n);
-        std::vector<T> same = src;
-        ph = phase;
-        ASSERT_EQ(Rate<T>::down(same.data(), n, same.data(), &len, factor, &ph), 0);
-        EXPECT_TRUE(std::memcmp(same.data(), kept.data(), kept.size() * sizeof(T)) == 0);
+        ASSERT_EQ(down(self.data(), n, self.data(), &len, factor, &ph), 0);
+        self.resize(len);
+        EXPECT_TRUE(same(self, kept));
       }
-}
-
-TYPED_TEST(Sampling, StreamCutAtRandomEqualsOneBlock) {
-  using T = TypeParam;
+  // A stream cut at random gives the samples of one call on the whole.
   std::mt19937 rng(11);
   const int n = 500;
   const std::vector<T> src = samples<T>(n, 3);
-  for (int factor : {1, 2, 3, 7, 600}) {
+  for (int factor : {1, 3, 7, 600}) {
     const int phase = factor == 1 ? 0 : static_cast<int>(rng() % factor);
-    std::vector<T> whole(n), wholeUp(n * factor);
-    int len = 0, ph = phase;
-    Rate<T>::down(src.data(), n, whole.data(), &len, factor, &ph);
+    std::vector<T> whole(n), wholeUp(n * factor), parts, partsUp;
+    int len = 0, ph = phase, dph = phase;
+    down(src.data(), n, whole.data(), &len, factor, &ph);
     whole.resize(len);
-    int upLen = 0, upPh = phase;
-    Rate<T>::up(src.data(), n, wholeUp.data(), &upLen, factor, &upPh);
-    std::vector<T> parts, partsUp;
-    int dph = phase;
-    for (int at = 0; at < n;) {
-      const int block = std::min<int>(n - at, 1 + rng() % 40);
+    up(src.data(), n, wholeUp.data(), &len, factor, &dph);
+    for (int at = 0, block; at < n; at += block) {
+      block = std::min<int>(n - at, 1 + rng() % 40);
       std::vector<T> out(block), outUp(block * factor);
-      int got = 0, uph = phase;
-      ASSERT_EQ(Rate<T>::down(src.data() + at, block, out.data(), &got, factor, &dph), 0);
-      parts.insert(parts.end(), out.begin(), out.begin() + got);
-      ASSERT_EQ(Rate<T>::up(src.data() + at, block, outUp.data(), &got, factor, &uph), 0);
+      ASSERT_EQ(down(src.data() + at, block, out.data(), &len, factor, &dph), 0);
+      parts.insert(parts.end(), out.begin(), out.begin() + len);
+      int uph = phase;
+      ASSERT_EQ(up(src.data() + at, block, outUp.data(), &len, factor, &uph), 0);
       partsUp.insert(partsUp.end(), outUp.begin(), outUp.end());
-      at += block;
     }
-    EXPECT_TRUE(sameBytes(parts, whole)) << factor;
-    EXPECT_EQ(dph, ph) << factor;
-    EXPECT_TRUE(sameBytes(partsUp, wholeUp)) << factor;
+    EXPECT_TRUE(same(parts, whole) && dph == ph && same(partsUp, wholeUp)) << factor;
   }
 }
 
