@@ -444,6 +444,7 @@ Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt, int recor
       if (o.reported && !mayChange && b.writable && b.bytes > 0 && std::memcmp(b.before.data(), b.data, b.bytes) != 0)
         o.fault = "a failed call changed an array or record";
     }
+    for (auto& [release, record] : c.releases) release(record);
     for (RyxFirState* st : c.liveStates)
       if (st->initMark == st) ryxFirFree(st);
     ryxFreeThreadTables();
