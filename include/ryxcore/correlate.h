@@ -1,0 +1,56 @@
+/*
+ * Convolution and correlation. Included by ryxcore.h.
+ *
+ * Conv: the full linear convolution y[k] = sum x[i] h[k-i], of length
+ * xLen + hLen - 1. Each call picks a direct sum, one transform of the whole
+ * result, or overlap-save blocks from per-type cost tables, so the last bits
+ * of a result depend on the lengths. The 16-bit form takes a float detour
+ * for long operands (shorter >= 256; >= 128 with longer >= 512; >= 64 with
+ * longer >= 8192), narrowed by the shared scale rule (mode by exact value,
+ * factor written under RYX_AUTO_SCALE); otherwise an exact 32-bit integer
+ * kernel that shifts by *scaleFactor only under RYX_FIXED_SCALE, saturates
+ * under RYX_SATURATE, and never writes *scaleFactor. Checks stop at the
+ * first failure: "x==0", "xLen<=0", "h==0", "hLen<=0", "y==0". Returns the
+ * stored status.
+ *
+ * Conv2D: full 2-D convolution of row-major arrays, (xRows + hRows - 1) rows
+ * of (xCols + hCols - 1). Filter2D: the xRows by xCols central part,
+ * y[r][c] = conv[r + hRows/2][c + hCols/2].
+ *
+ * CrossCorr: r(k) = sum_n conj(src1[n]) src2[n + k] for k = loLag..hiLag,
+ * into hiLag - loLag + 1 values. AutoCorr: lags 0..nLags-1 of a vector with
+ * itself, raw, divided by srcLen, or lag k divided by srcLen - k. 16-bit
+ * forms are direct, exact in 32 bits, narrowed by the shared scale rule.
+ */
+#ifndef RYXCORE_CORRELATE_H
+#define RYXCORE_CORRELATE_H
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Autocorrelation normalisation. */
+enum RyxCorrType {
+  RYX_CorrNormal = 0,   /* raw sums */
+  RYX_CorrBiased = 1,   /* each lag divided by srcLen */
+  RYX_CorrUnbiased = 2  /* lag k divided by srcLen - k */
+};
+
+/* ---- One-dimensional convolution ----------------------------------------- */
+
+RYXAPI RyxStatus ryxsConv(const float* x, int xLen, const float* h, int hLen, float* y);
+RYXAPI RyxStatus ryxcConv(const SCplx* x, int xLen, const SCplx* h, int hLen, SCplx* y);
+RYXAPI RyxStatus ryxcsConv(const SCplx* x, int xLen, const float* h, int hLen, SCplx* y);
+RYXAPI RyxStatus ryxscConv(const float* x, int xLen, const SCplx* h, int hLen, SCplx* y);
+RYXAPI RyxStatus ryxdConv(const double* x, int xLen, const double* h, int hLen, double* y);
+RYXAPI RyxStatus ryxzConv(const DCplx* x, int xLen, const DCplx* h, int hLen, DCplx* y);
+RYXAPI RyxStatus ryxzdConv(const DCplx* x, int xLen, const double* h, int hLen, DCplx* y);
+RYXAPI RyxStatus ryxdzConv(const double* x, int xLen, const DCplx* h, int hLen, DCplx* y);
+RYXAPI RyxStatus ryxwConv(const short* x, int xLen, const short* h, int hLen, short* y, int scaleMode,
+                          int* scaleFactor);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* RYXCORE_CORRELATE_H */
