@@ -49,6 +49,27 @@ RYXAPI RyxStatus ryxdzConv(const double* x, int xLen, const DCplx* h, int hLen, 
 RYXAPI RyxStatus ryxwConv(const short* x, int xLen, const short* h, int hLen, short* y, int scaleMode,
                           int* scaleFactor);
 
+/* ---- Two-dimensional convolution and filtering ------------------------------
+ * x is xRows rows of xCols, h hRows of hCols, row-major. Conv2D checks stop
+ * at the first failure ("\nNull pointer to data buffer\n" for x, h, y, then
+ * "\nBad value of data buffer size\n" for xCols, xRows, hCols, hRows); a
+ * working array that cannot be had is reported as out of memory.
+ * ryxwConv2D with all four sizes at least 8 convolves in float and narrows
+ * by the shared scale rule, otherwise it runs the exact integer kernel of
+ * ryxwConv. Filter2D falls back to direct sums (double, one rounding) when
+ * memory is short; ryxwFilter2D narrows its 32-bit sums by the shared rule
+ * and needs scaleFactor under RYX_AUTO_SCALE. */
+
+RYXAPI void ryxsConv2D(const float* x, int xCols, int xRows, const float* h, int hCols, int hRows, float* y);
+RYXAPI void ryxdConv2D(const double* x, int xCols, int xRows, const double* h, int hCols, int hRows, double* y);
+RYXAPI void ryxwConv2D(const short* x, int xCols, int xRows, const short* h, int hCols, int hRows, short* y,
+                       int scaleMode, int* scaleFactor);
+RYXAPI void ryxsFilter2D(const float* x, int xCols, int xRows, const float* h, int hCols, int hRows, float* y);
+RYXAPI void ryxdFilter2D(const double* x, int xCols, int xRows, const double* h, int hCols, int hRows,
+                         double* y);
+RYXAPI void ryxwFilter2D(const short* x, int xCols, int xRows, const short* h, int hCols, int hRows, short* y,
+                         int scaleMode, int* scaleFactor);
+
 #ifdef __cplusplus
 }
 #endif

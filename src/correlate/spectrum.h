@@ -39,7 +39,7 @@ class Scratch {
   // A zeroed array of n elements, or null (then `ok` turns false).
   template <class T>
   T* take(long long n) {
-    T* p = n >= 0 && n <= 0x7fffffff ? allocArray<T>(static_cast<int>(n)) : nullptr;
+    T* p = n >= 0 && n <= 0x7fffffff && count_ < kSlots ? allocArray<T>(static_cast<int>(n)) : nullptr;
     if (p == nullptr) {
       ok_ = false;
       return nullptr;
@@ -51,7 +51,8 @@ class Scratch {
   bool ok() const { return ok_; }
 
  private:
-  void* blocks_[6] = {};
+  static constexpr int kSlots = 8;
+  void* blocks_[kSlots] = {};
   int count_ = 0;
   bool ok_ = true;
 };
