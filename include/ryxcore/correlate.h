@@ -70,6 +70,49 @@ RYXAPI void ryxdFilter2D(const double* x, int xCols, int xRows, const double* h,
 RYXAPI void ryxwFilter2D(const short* x, int xCols, int xRows, const short* h, int hCols, int hRows, short* y,
                          int scaleMode, int* scaleFactor);
 
+/* ---- Cross- and auto-correlation ---------------------------------------------
+ * Checks stop at the first failure: "Null SRC buffer pointer", "Null DST
+ * buffer pointer", "Invalid SRC buffer length", "Invalid LAG value"
+ * (loLag > hiLag; nLags < 1 or above srcLen), "Invalid auto-corr type",
+ * and in the 16-bit forms "Null scale factor pointer" (scaleMode 4 with a
+ * null scaleFactor). Float forms pick direct sums or frequency-domain
+ * blocks by operation count (falling back to direct sums when memory is
+ * short) and release the thread's FFT tables after a transform. */
+
+RYXAPI void ryxsCrossCorr(const float* src1, int src1Len, const float* src2, int src2Len, float* dst, int loLag,
+                          int hiLag);
+RYXAPI void ryxdCrossCorr(const double* src1, int src1Len, const double* src2, int src2Len, double* dst, int loLag,
+                          int hiLag);
+RYXAPI void ryxcCrossCorr(const SCplx* src1, int src1Len, const SCplx* src2, int src2Len, SCplx* dst, int loLag,
+                          int hiLag);
+RYXAPI void ryxzCrossCorr(const DCplx* src1, int src1Len, const DCplx* src2, int src2Len, DCplx* dst, int loLag,
+                          int hiLag);
+RYXAPI void ryxscCrossCorr(const float* src1, int src1Len, const SCplx* src2, int src2Len, SCplx* dst, int loLag,
+                           int hiLag);
+RYXAPI void ryxcsCrossCorr(const SCplx* src1, int src1Len, const float* src2, int src2Len, SCplx* dst, int loLag,
+                           int hiLag);
+RYXAPI void ryxdzCrossCorr(const double* src1, int src1Len, const DCplx* src2, int src2Len, DCplx* dst, int loLag,
+                           int hiLag);
+RYXAPI void ryxzdCrossCorr(const DCplx* src1, int src1Len, const double* src2, int src2Len, DCplx* dst, int loLag,
+                           int hiLag);
+RYXAPI void ryxwCrossCorr(const short* src1, int src1Len, const short* src2, int src2Len, short* dst, int loLag,
+                          int hiLag, int scaleMode, int* scaleFactor);
+RYXAPI void ryxvCrossCorr(const WCplx* src1, int src1Len, const WCplx* src2, int src2Len, WCplx* dst, int loLag,
+                          int hiLag, int scaleMode, int* scaleFactor);
+RYXAPI void ryxwvCrossCorr(const short* src1, int src1Len, const WCplx* src2, int src2Len, WCplx* dst, int loLag,
+                           int hiLag, int scaleMode, int* scaleFactor);
+RYXAPI void ryxvwCrossCorr(const WCplx* src1, int src1Len, const short* src2, int src2Len, WCplx* dst, int loLag,
+                           int hiLag, int scaleMode, int* scaleFactor);
+
+RYXAPI void ryxsAutoCorr(const float* src, int srcLen, float* dst, int nLags, int type);
+RYXAPI void ryxdAutoCorr(const double* src, int srcLen, double* dst, int nLags, int type);
+RYXAPI void ryxcAutoCorr(const SCplx* src, int srcLen, SCplx* dst, int nLags, int type);
+RYXAPI void ryxzAutoCorr(const DCplx* src, int srcLen, DCplx* dst, int nLags, int type);
+RYXAPI void ryxwAutoCorr(const short* src, int srcLen, short* dst, int nLags, int type, int scaleMode,
+                         int* scaleFactor);
+RYXAPI void ryxvAutoCorr(const WCplx* src, int srcLen, WCplx* dst, int nLags, int type, int scaleMode,
+                         int* scaleFactor);
+
 #ifdef __cplusplus
 }
 #endif

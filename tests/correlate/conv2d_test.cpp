@@ -81,25 +81,6 @@ TEST(Conv2D, OneRowOrOneColumnIsTheOneDimensionalResult) {
   }
 }
 
-// Shared 16-bit narrowing written out from its contract: modes by exact
-// value; 4 picks floor(log2 |largest|) - 14 (0 when all fit).
-std::vector<short> narrowArray(const std::vector<long long>& s, int mode, int* factor) {
-  std::vector<int> v(s.size());
-  for (size_t i = 0; i < s.size(); ++i) v[i] = static_cast<int>(static_cast<unsigned>(s[i] & 0xffffffff));
-  int f = 0;
-  if (mode == 4) {
-    long long big = 0;
-    for (int e : v) big = std::max(big, std::llabs(static_cast<long long>(e)));
-    f = big > 32767 ? ryx::corr::ilog2(big) - 14 : 0;
-    *factor = f;
-  } else if (mode == 2 || mode == 3) {
-    f = factor ? *factor : 0;
-  }
-  std::vector<short> out(s.size());
-  for (size_t i = 0; i < s.size(); ++i) out[i] = narrowRule(v[i], f, mode == 1 || mode == 3);
-  return out;
-}
-
 TEST(Conv2D, Int16KernelsAreExact) {
   ryxtest::Random r(23);
   // Integer kernel of the convolution: factor only under FIXED_SCALE.

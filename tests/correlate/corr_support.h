@@ -23,6 +23,12 @@ inline LD wide(DCplx v) { return {v.re, v.im}; }
 inline LD wide(short v) { return {static_cast<long double>(v), 0}; }
 inline LD wide(WCplx v) { return {static_cast<long double>(v.re), static_cast<long double>(v.im)}; }
 
+// Complex product written out (std::complex's own checks for infinities
+// make the reference sums slow).
+inline LD mulLD(LD a, LD b) {
+  return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
+}
+
 template <class T>
 constexpr bool kIsComplex = std::is_same_v<T, SCplx> || std::is_same_v<T, DCplx>;
 template <class T>
@@ -47,7 +53,7 @@ std::vector<LD> refConv(const std::vector<X>& x, const std::vector<H>& h, std::v
   if (mag) mag->assign(n, 0);
   for (size_t i = 0; i < x.size(); ++i)
     for (size_t j = 0; j < h.size(); ++j) {
-      y[i + j] += wide(x[i]) * wide(h[j]);
+      y[i + j] += mulLD(wide(x[i]), wide(h[j]));
       if (mag) (*mag)[i + j] += std::abs(wide(x[i])) * std::abs(wide(h[j]));
     }
   return y;
@@ -97,6 +103,30 @@ inline short narrowRule(long long sum, int factor, bool saturate) {
   if (factor < 0) v = static_cast<int>(static_cast<unsigned>((v << std::min(-factor, 31)) & 0xffffffffLL));
   if (saturate) return static_cast<short>(std::clamp(v, -32768LL, 32767LL));
   return static_cast<short>(v & 0xffff);
+}
+
+// Shared 16-bit narrowing of 32-bit sums written out from its contract:
+// modes by exact value; 4 picks floor(log2 |largest|) - 14 (0 when all
+// fit), 2 and 3 take the caller's factor (positive factors only here).
+inline std::vector<short> narrowArray(const std::vector<long long>& s, int mode, int* factor) {
+  std::vector<int> v(s.size());
+  for (size_t i = 0; i < s.size(); ++i) v[i] = static_cast<int>(static_cast<unsigned>(s[i] & 0xffffffff));
+  int f = 0;
+  if (mode == 4) {
+    long long big = 0;
+    bool fits = true;
+    for (int e : v) {
+      big = std::max(big, std::llabs(static_cast<long long>(e)));
+      fits = fits && e >= -32768 && e <= 32767;
+    }
+    f = fits ? 0 : static_cast<int>(std::log2(static_cast<double>(big))) - 14;
+    *factor = f;
+  } else if (mode == 2 || mode == 3) {
+    f = factor ? *factor : 0;
+  }
+  std::vector<short> out(s.size());
+  for (size_t i = 0; i < s.size(); ++i) out[i] = narrowRule(v[i], f, mode == 1 || mode == 3);
+  return out;
 }
 
 }  // namespace corrtest
