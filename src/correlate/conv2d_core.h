@@ -65,6 +65,22 @@ void placeBlock(T* dst, int R, int C, const T* src, int srcCols, int srcRows, lo
     }
 }
 
+// The working arrays of the Hartley methods: two R x C arrays, a line and
+// the tables of both lengths.
+template <class T>
+struct HartleyWork {
+  T* a = nullptr;
+  T* b = nullptr;
+  T* line = nullptr;
+  HartleyTable rows, cols;
+  bool take(Scratch& s, int R, int C) {
+    a = s.take<T>(static_cast<long long>(R) * C);
+    b = s.take<T>(static_cast<long long>(R) * C);
+    line = s.take<T>(std::max(R, C));
+    return s.ok() && rows.take(s, R) && cols.take(s, C);
+  }
+};
+
 // Whole-array Hartley: both arrays padded to R x C (h scaled by 1/(R C)),
 // transformed, multiplied, transformed back; the top left of the result.
 template <class T>
@@ -73,11 +89,13 @@ void conv2dHartley(const Conv2dNames& nm, const T* x, int xCols, int xRows, cons
   const Site site{nm.hartley, kConv2dStem};
   const int R = static_cast<int>(up2(std::max(xRows, hRows))), C = static_cast<int>(up2(std::max(xCols, hCols)));
   Scratch s;
-  T* a = s.take<T>(static_cast<long long>(R) * C);
-  T* b = s.take<T>(static_cast<long long>(R) * C);
-  T* work = s.take<T>(std::max(R, C));
-  HartleyTable tr, tc;
-  if (!s.ok() || !tr.take(s, R) || !tc.take(s, C)) return reportNoMem(site, kNoMem2d);
+  HartleyWork<T> w;
+  if (!w.take(s, R, C)) return reportNoMem(site, kNoMem2d);
+  T* a = w.a;
+  T* b = w.b;
+  const HartleyTable& tr = w.rows;
+  const HartleyTable& tc = w.cols;
+  T* work = w.line;
   placeBlock(a, R, C, x, xCols, xRows, 0, 0, xRows, xCols, T{1});
   placeBlock(b, R, C, h, hCols, hRows, 0, 0, hRows, hCols, static_cast<T>(1.0 / (static_cast<double>(R) * C)));
   hartley2d(a, tr, tc, work);
@@ -117,11 +135,13 @@ void conv2dOverlap(const Conv2dNames& nm, const T* x, int xCols, int xRows, cons
   dims(dr, kr, R, tileR);
   dims(dc, kc, C, tileC);
   Scratch s;
-  T* a = s.take<T>(static_cast<long long>(R) * C);
-  T* b = s.take<T>(static_cast<long long>(R) * C);
-  T* work = s.take<T>(std::max(R, C));
-  HartleyTable tr, tc;
-  if (!s.ok() || !tr.take(s, R) || !tc.take(s, C)) return reportNoMem(site, kNoMem2d);
+  HartleyWork<T> w;
+  if (!w.take(s, R, C)) return reportNoMem(site, kNoMem2d);
+  T* a = w.a;
+  T* b = w.b;
+  const HartleyTable& tr = w.rows;
+  const HartleyTable& tc = w.cols;
+  T* work = w.line;
   placeBlock(b, R, C, k, kc, kr, 0, 0, kr, kc, static_cast<T>(1.0 / (static_cast<double>(R) * C)));
   hartley2d(b, tr, tc, work);
   const long long yr = static_cast<long long>(xRows) + hRows - 1, yc = static_cast<long long>(xCols) + hCols - 1;

@@ -206,11 +206,7 @@ TEST(Conv2D, ChecksAndMemoryFailures) {
     const long live = ryxtest::FailAllocation::live();
     row.call();
     EXPECT_EQ(ryxtest::FailAllocation::live(), live);
-    ASSERT_FALSE(cap.reports().empty()) << row.context;
-    EXPECT_EQ(cap.reports()[0].status, row.status);
-    EXPECT_EQ(cap.reports()[0].funcName, row.func);
-    EXPECT_EQ(cap.reports()[0].file, row.file);
-    EXPECT_EQ(cap.reports()[0].context, row.context);
+    expectFirstReport(cap, row.status, row.func, row.file, row.context);
   }
   for (float v : y) EXPECT_EQ(v, 0.0f);
   for (short v : wy) EXPECT_EQ(v, 0);

@@ -59,6 +59,17 @@ std::vector<LD> refConv(const std::vector<X>& x, const std::vector<H>& h, std::v
   return y;
 }
 
+// The first report of a capture is (status, routine, source group, context).
+inline void expectFirstReport(const ryxtest::ReportCapture& cap, RyxStatus status, const std::string& func,
+                              const std::string& file, const std::string& context) {
+  ASSERT_FALSE(cap.reports().empty()) << context;
+  const ryxtest::Report& r = cap.reports()[0];
+  EXPECT_EQ(r.status, status);
+  EXPECT_EQ(r.funcName, func);
+  EXPECT_EQ(r.file, file);
+  EXPECT_EQ(r.context, context);
+}
+
 inline long double norm2(const std::vector<LD>& v) {
   long double s = 0;
   for (const LD& e : v) s += std::norm(e);
