@@ -169,48 +169,5 @@ TEST(Filter2D, CentredWindowByDirectSumsOrBlocks) {
   checkFilter(ryxdFilter2D, {128, 128, 15, 15}, true, r);
 }
 
-TEST(Conv2D, ChecksAndMemoryFailures) {
-  float a[289] = {}, y[33 * 33] = {};
-  short w[64] = {}, wy[256] = {};
-  int sf = 0;
-  const std::string null2d = "\nNull pointer to data buffer\n", size2d = "\nBad value of data buffer size\n";
-  struct Row {
-    std::function<void()> call;
-    const char* func;
-    const char* file;
-    std::string context;
-    RyxStatus status = RYX_StsBadArg;
-  } rows[] = {
-      {[&] { ryxsConv2D(a, 8, 8, nullptr, 8, 8, y); }, "ryxsConv2D", "ryxcnv2d", null2d},
-      {[&] { ryxdConv2D(nullptr, 8, 8, nullptr, 0, 8, nullptr); }, "ryxdConv2D", "ryxcnv2d", null2d},
-      {[&] { ryxwConv2D(w, 8, 8, w, 8, 0, wy, 0, &sf); }, "ryxwConv2D", "ryxcnv2d", size2d},
-      {[&] { ryxsFilter2D(a, 8, 8, nullptr, 8, 8, y); }, "ryxsFilter2D", "ryxfir2", "Null SRC buffer pointer"},
-      {[&] { ryxsFilter2D(a, 8, 8, a, 8, 8, nullptr); }, "ryxsFilter2D", "ryxfir2", "Null DST buffer pointer"},
-      {[&] { ryxdFilter2D(nullptr, 0, 8, nullptr, 8, 8, nullptr); }, "ryxdFilter2D", "ryxfir2", "Null SRC buffer pointer"},
-      {[&] { ryxsFilter2D(a, 0, 0, a, 8, 8, y); }, "ryxsFilter2D", "ryxfir2", "Invalid number of cols"},
-      {[&] { ryxsFilter2D(a, 8, 0, a, 0, 8, y); }, "ryxsFilter2D", "ryxfir2", "Inlalid number of rows"},
-      {[&] { ryxwFilter2D(w, 8, 8, w, 0, 8, wy, 4, nullptr); }, "ryxwFilter2D", "ryxfir2w", "Invalid number of cols"},
-      {[&] { ryxwFilter2D(w, 8, 8, w, 8, 0, wy, 4, nullptr); }, "ryxwFilter2D", "ryxfir2w", "Inlalid number of rows"},
-      {[&] { ryxwFilter2D(w, 8, 8, w, 8, 8, wy, 4, nullptr); }, "ryxwFilter2D", "ryxfir2w", "Null scale factor pointer"},
-      {[&] {
-         ryxtest::FailAllocation f(1);
-         ryxwFilter2D(w, 8, 8, w, 8, 8, wy, 0, nullptr);
-       }, "ryxwFilter2D", "ryxfir2w", "Allocation failure", RYX_StsNoMem},
-      {[&] {
-         ryxtest::FailAllocation f(2);
-         ryxsConv2D(a, 17, 17, a, 17, 17, y);
-       }, "ownsHftConv2d", "ryxcnv2d", "\nMemory allocation problem\n", RYX_StsNoMem},
-  };
-  for (auto& row : rows) {
-    ryxtest::ReportCapture cap;
-    const long live = ryxtest::FailAllocation::live();
-    row.call();
-    EXPECT_EQ(ryxtest::FailAllocation::live(), live);
-    expectFirstReport(cap, row.status, row.func, row.file, row.context);
-  }
-  for (float v : y) EXPECT_EQ(v, 0.0f);
-  for (short v : wy) EXPECT_EQ(v, 0);
-}
-
 }  // namespace
 }  // namespace corrtest

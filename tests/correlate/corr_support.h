@@ -39,6 +39,8 @@ std::vector<T> randomVec(ryxtest::Random& r, int n) {
   std::vector<T> v(static_cast<size_t>(n));
   if constexpr (std::is_same_v<T, short>) {
     for (auto& e : v) e = static_cast<short>(r.i32(-32768, 32767));
+  } else if constexpr (std::is_same_v<T, WCplx>) {
+    for (auto& e : v) e = {static_cast<short>(r.i32(-32768, 32767)), static_cast<short>(r.i32(-32768, 32767))};
   } else {
     r.fill(v.data(), n);
   }
