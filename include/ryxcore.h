@@ -116,5 +116,6 @@ enum RyxTransformFlag {
 #include "ryxcore/iir.h"
 #include "ryxcore/adaptive.h"
 #include "ryxcore/rate.h"
+#include "ryxcore/correlate.h"
 
 #endif /* RYXCORE_H */
