@@ -44,4 +44,33 @@ void lnI16(const short* src, short* dst, int n);
 int autoFactorExp(const short* src, int n);
 void expI16(const short* src, short* dst, int n, bool saturate, int factor);
 
+// The scalar float kernels on one element, special arguments included.
+float lnOne(float x);
+float expOne(float x);
+float atanOne(float x);
+
 }  // namespace ryx::lnexp
+
+// Lane forms of the float kernels (float_lanes.h), bit for bit the scalar
+// kernels (and x*x, |x|): whole groups of four (SSE2) or eight (AVX2) lanes, returning the
+// count done. rootF32 takes a multiple of four elements, each group of four
+// refined or exact as a whole, and returns true when an element had its
+// sign bit set.
+namespace ryx::lanes {
+namespace sse2 {
+int lnF32(const float* src, float* dst, int n);
+int expF32(const float* src, float* dst, int n);
+int atanF32(const float* src, float* dst, int n);
+int sqrF32(const float* src, float* dst, int n);
+int absF32(const float* src, float* dst, int n);
+bool rootF32(const float* src, float* dst, int n);
+}  // namespace sse2
+namespace avx2 {
+int lnF32(const float* src, float* dst, int n);
+int expF32(const float* src, float* dst, int n);
+int atanF32(const float* src, float* dst, int n);
+int sqrF32(const float* src, float* dst, int n);
+int absF32(const float* src, float* dst, int n);
+bool rootF32(const float* src, float* dst, int n);
+}  // namespace avx2
+}  // namespace ryx::lanes
