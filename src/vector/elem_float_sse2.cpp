@@ -9,7 +9,6 @@
 #include <cmath>
 #include <cstring>
 
-#include "frame/cpu_dispatch.h"
 #include "vector/elem_kernels.h"
 #include "vector/lnexp_kernels.h"
 
@@ -70,7 +69,7 @@ float rootEstimateF32(float x) { return _mm_cvtss_f32(rootRefined(_mm_set_ss(x))
 
 // Whole groups of lanes (eight where allowed), then the rest one by one.
 void sqrF32(const float* src, float* dst, int n) {
-  int i = (cpu::allows(cpu::Isa::Avx2) ? lanes::avx2::sqrF32 : lanes::sse2::sqrF32)(src, dst, n);
+  int i = lanes::pick().sqr(src, dst, n);
   for (; i < n; ++i) dst[i] = src[i] * src[i];
 }
 
@@ -85,10 +84,8 @@ bool sqrtF32(const float* src, float* dst, int n) {
   bool bad = false;
   // Whole groups of four through the lane forms (two groups per turn where
   // eight lanes are allowed), the head and the tail group by group here.
-  const bool wide = cpu::allows(cpu::Isa::Avx2);
-  auto bulk = [&](int i, int count) {
-    bad = (wide ? lanes::avx2::rootF32 : lanes::sse2::rootF32)(src + i, dst + i, count) || bad;
-  };
+  const lanes::Kernels& k = lanes::pick();
+  auto bulk = [&](int i, int count) { bad = k.root(src + i, dst + i, count) || bad; };
   forwardGroups(dst, n, 4, [&](int i, int count) {
     bool all = true;
     for (int k = 0; k < count; ++k) all = all && estimable(src[i + k]);
@@ -207,7 +204,7 @@ bool invThreshC32(const SCplx* src, SCplx* dst, int n, float thresh) {
 }
 
 void absF32(const float* src, float* dst, int n) {
-  for (int i = (cpu::allows(cpu::Isa::Avx2) ? lanes::avx2::absF32 : lanes::sse2::absF32)(src, dst, n); i < n; ++i) {
+  for (int i = lanes::pick().abs(src, dst, n); i < n; ++i) {
     std::uint32_t b;
     std::memcpy(&b, src + i, 4);
     b &= 0x7fffffffu;

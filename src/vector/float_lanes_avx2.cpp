@@ -25,17 +25,18 @@ using V = Lanes<8, Avx2>;
 
 }  // namespace
 
-namespace avx2 {
-int lnF32(const float* src, float* dst, int n) { return lnLanes<V>(src, dst, n, lnexp::lnOne); }
-int expF32(const float* src, float* dst, int n) { return expLanes<V>(src, dst, n, lnexp::expOne); }
-int atanF32(const float* src, float* dst, int n) { return atanLanes<V>(src, dst, n, lnexp::atanOne); }
-int sqrF32(const float* src, float* dst, int n) { return sqrLanes<V>(src, dst, n); }
-int absF32(const float* src, float* dst, int n) { return absLanes<V>(src, dst, n); }
-bool rootF32(const float* src, float* dst, int n) {
-  const int whole = n & ~7;
-  const bool bad = rootLanes<V>(src, dst, whole);
-  return (whole < n && sse2::rootF32(src + whole, dst + whole, n - whole)) || bad;
-}
-}  // namespace avx2
+// Pairs of groups of four in eight lanes; a last lone group on four.
+const Kernels kAvx2 = {
+    [](const float* s, float* d, int n) { return lnLanes<V>(s, d, n, lnexp::lnOne); },
+    [](const float* s, float* d, int n) { return expLanes<V>(s, d, n, lnexp::expOne); },
+    [](const float* s, float* d, int n) { return atanLanes<V>(s, d, n, lnexp::atanOne); },
+    sqrLanes<V>,
+    absLanes<V>,
+    [](const float* s, float* d, int n) {
+      const int whole = n & ~7;
+      const bool bad = rootLanes<V>(s, d, whole);
+      return (whole < n && kSse2.root(s + whole, d + whole, n - whole)) || bad;
+    },
+};
 
 }  // namespace ryx::lanes

@@ -2,6 +2,7 @@
 // square root kernels; see float_lanes.h.
 #include <emmintrin.h>
 
+#include "frame/cpu_dispatch.h"
 #include "vector/float_lanes.h"
 #include "vector/lnexp_kernels.h"
 
@@ -24,13 +25,15 @@ using V = Lanes<4, Sse2>;
 
 }  // namespace
 
-namespace sse2 {
-int lnF32(const float* src, float* dst, int n) { return lnLanes<V>(src, dst, n, lnexp::lnOne); }
-int expF32(const float* src, float* dst, int n) { return expLanes<V>(src, dst, n, lnexp::expOne); }
-int atanF32(const float* src, float* dst, int n) { return atanLanes<V>(src, dst, n, lnexp::atanOne); }
-int sqrF32(const float* src, float* dst, int n) { return sqrLanes<V>(src, dst, n); }
-int absF32(const float* src, float* dst, int n) { return absLanes<V>(src, dst, n); }
-bool rootF32(const float* src, float* dst, int n) { return rootLanes<V>(src, dst, n); }
-}  // namespace sse2
+const Kernels kSse2 = {
+    [](const float* s, float* d, int n) { return lnLanes<V>(s, d, n, lnexp::lnOne); },
+    [](const float* s, float* d, int n) { return expLanes<V>(s, d, n, lnexp::expOne); },
+    [](const float* s, float* d, int n) { return atanLanes<V>(s, d, n, lnexp::atanOne); },
+    sqrLanes<V>,
+    absLanes<V>,
+    rootLanes<V>,
+};
+
+const Kernels& pick() { return cpu::allows(cpu::Isa::Avx2) ? kAvx2 : kSse2; }
 
 }  // namespace ryx::lanes

@@ -52,25 +52,20 @@ float atanOne(float x);
 }  // namespace ryx::lnexp
 
 // Lane forms of the float kernels (float_lanes.h), bit for bit the scalar
-// kernels (and x*x, |x|): whole groups of four (SSE2) or eight (AVX2) lanes, returning the
-// count done. rootF32 takes a multiple of four elements, each group of four
-// refined or exact as a whole, and returns true when an element had its
-// sign bit set.
+// kernels (and x*x, |x|): whole groups of four (SSE2) or eight (AVX2) lanes,
+// each returning the count done. root takes a multiple of four elements,
+// each group of four refined or exact as a whole, and returns true when an
+// element had its sign bit set.
 namespace ryx::lanes {
-namespace sse2 {
-int lnF32(const float* src, float* dst, int n);
-int expF32(const float* src, float* dst, int n);
-int atanF32(const float* src, float* dst, int n);
-int sqrF32(const float* src, float* dst, int n);
-int absF32(const float* src, float* dst, int n);
-bool rootF32(const float* src, float* dst, int n);
-}  // namespace sse2
-namespace avx2 {
-int lnF32(const float* src, float* dst, int n);
-int expF32(const float* src, float* dst, int n);
-int atanF32(const float* src, float* dst, int n);
-int sqrF32(const float* src, float* dst, int n);
-int absF32(const float* src, float* dst, int n);
-bool rootF32(const float* src, float* dst, int n);
-}  // namespace avx2
+struct Kernels {
+  int (*ln)(const float* src, float* dst, int n);
+  int (*exp)(const float* src, float* dst, int n);
+  int (*atan)(const float* src, float* dst, int n);
+  int (*sqr)(const float* src, float* dst, int n);
+  int (*abs)(const float* src, float* dst, int n);
+  bool (*root)(const float* src, float* dst, int n);
+};
+extern const Kernels kSse2, kAvx2;
+// The AVX2 table where the processor and the cap allow it, else SSE2's.
+const Kernels& pick();
 }  // namespace ryx::lanes

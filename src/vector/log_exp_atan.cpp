@@ -12,7 +12,6 @@
 #include <cmath>
 #include <cstring>
 
-#include "frame/cpu_dispatch.h"
 #include "vector/elem_kernels.h"
 #include "vector/lnexp_kernels.h"
 
@@ -200,9 +199,9 @@ void each(const S* src, D* dst, int n, F f) {
 
 // The lane form for whole groups (eight lanes where allowed), the scalar
 // kernel for the rest: the same bits either way.
-void laned(const float* src, float* dst, int n, int (*sse2)(const float*, float*, int),
-           int (*avx2)(const float*, float*, int), float (*one)(float)) {
-  const int done = n >= 8 && cpu::allows(cpu::Isa::Avx2) ? avx2(src, dst, n) : sse2(src, dst, n);
+void laned(const float* src, float* dst, int n, int (*lanes::Kernels::*kernel)(const float*, float*, int),
+           float (*one)(float)) {
+  const int done = ((n >= 8 ? lanes::pick() : lanes::kSse2).*kernel)(src, dst, n);
   each(src + done, dst + done, n - done, one);
 }
 
@@ -212,7 +211,7 @@ float lnOne(float x) { return lnScalar(x); }
 float expOne(float x) { return expScalar(x); }
 float atanOne(float x) { return atanScalar(x); }
 
-void lnF32(const float* src, float* dst, int n) { laned(src, dst, n, lanes::sse2::lnF32, lanes::avx2::lnF32, lnScalar); }
+void lnF32(const float* src, float* dst, int n) { laned(src, dst, n, &lanes::Kernels::ln, lnScalar); }
 void lnF64(const double* src, double* dst, int n) { each(src, dst, n, lnDouble); }
 void lnF64ToF32(const double* src, float* dst, int n) { each(src, dst, n, lnDoubleShort); }
 void lgF32(const float* src, float* dst, int n) {
@@ -222,13 +221,13 @@ void lgF32(const float* src, float* dst, int n) {
 void lgF64(const double* src, double* dst, int n) {
   each(src, dst, n, [](double x) { return lnDouble(x) * 0.4342944819032518; });
 }
-void expF32(const float* src, float* dst, int n) { laned(src, dst, n, lanes::sse2::expF32, lanes::avx2::expF32, expScalar); }
+void expF32(const float* src, float* dst, int n) { laned(src, dst, n, &lanes::Kernels::exp, expScalar); }
 void expF64(const double* src, double* dst, int n) { each(src, dst, n, expDouble); }
 void expF32ToF64(const float* src, double* dst, int n) {
   each(src, dst, n, [](float x) { return expDouble(x); });
 }
 void atanF32(const float* src, float* dst, int n) {
-  laned(src, dst, n, lanes::sse2::atanF32, lanes::avx2::atanF32, atanScalar);
+  laned(src, dst, n, &lanes::Kernels::atan, atanScalar);
 }
 void atanF64(const double* src, double* dst, int n) { each(src, dst, n, atanDouble); }
 
