@@ -1,11 +1,13 @@
 # Benchmarks: one program per subsystem folder of bench/, built with Google
-# Benchmark. Peer libraries (FFTW, liquid-dsp) are linked into the benchmark
+# Benchmark. Peer libraries (FFTW, liquid-dsp, VOLK, GSL) are linked into the benchmark
 # programs only, when they are installed; the library itself never uses them.
 find_package(benchmark REQUIRED)
 find_library(FFTW3F_LIB fftw3f)
 find_library(FFTW3_LIB fftw3)
 find_library(LIQUID_LIB liquid)
 find_library(VOLK_LIB volk)
+find_library(GSL_LIB gsl)
+find_library(GSLCBLAS_LIB gslcblas)
 
 file(GLOB RYX_BENCH_DIRS LIST_DIRECTORIES true ${CMAKE_CURRENT_SOURCE_DIR}/bench/*)
 foreach(dir ${RYX_BENCH_DIRS})
@@ -34,5 +36,9 @@ foreach(dir ${RYX_BENCH_DIRS})
   if(VOLK_LIB)
     target_compile_definitions(bench_${sub} PRIVATE RYX_HAVE_VOLK=1)
     target_link_libraries(bench_${sub} PRIVATE ${VOLK_LIB})
+  endif()
+  if(GSL_LIB AND GSLCBLAS_LIB)
+    target_compile_definitions(bench_${sub} PRIVATE RYX_HAVE_GSL=1)
+    target_link_libraries(bench_${sub} PRIVATE ${GSL_LIB} ${GSLCBLAS_LIB})
   endif()
 endforeach()

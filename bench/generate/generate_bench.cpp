@@ -1,6 +1,7 @@
 // Signal generators on blocks of 4096: tone blocks against liquid-dsp's
 // NCO stepped per sample (benchmark-only peer), window application against
-// a plain -O3 loop multiplying by a precomputed window, and noise blocks.
+// a plain -O3 loop multiplying by a precomputed window, and noise blocks
+// against GSL's Mersenne Twister (benchmark-only peer).
 //   cmake -S . -B build/bench -DRYX_BENCH=ON -DRYX_EXAMPLES=OFF -DRYX_TESTS=OFF
 //   cmake --build build/bench --target bench_generate -j2
 //   build/bench/bench_generate --benchmark_format=json > run.json && bench/ratios.py run.json
@@ -15,6 +16,10 @@
 
 #ifdef RYX_HAVE_LIQUID
 #include <liquid/liquid.h>
+#endif
+#ifdef RYX_HAVE_GSL
+#include <gsl/gsl_randist.h>
+#include <gsl/gsl_rng.h>
 #endif
 
 namespace {
@@ -154,6 +159,34 @@ void sbRandUniRyx(benchmark::State& state) {
   }
   setRate(state, kBlock);
 }
+
+#ifdef RYX_HAVE_GSL
+// GSL's Mersenne Twister: one standard deviate (Box-Muller polar form) or
+// one uniform on [0, 1) per sample, stored as the ryxcore block stores them.
+void dbRandGausGsl(benchmark::State& state) {
+  gsl_rng* r = gsl_rng_alloc(gsl_rng_mt19937);
+  std::vector<double> dst(kBlock);
+  for (auto _ : state) {
+    for (int i = 0; i < kBlock; ++i) dst[i] = gsl_ran_gaussian(r, 1.0);
+    benchmark::ClobberMemory();
+  }
+  gsl_rng_free(r);
+  setRate(state, kBlock);
+}
+
+void sbRandUniGsl(benchmark::State& state) {
+  gsl_rng* r = gsl_rng_alloc(gsl_rng_mt19937);
+  std::vector<float> dst(kBlock);
+  for (auto _ : state) {
+    for (int i = 0; i < kBlock; ++i) dst[i] = static_cast<float>(gsl_rng_uniform(r));
+    benchmark::ClobberMemory();
+  }
+  gsl_rng_free(r);
+  setRate(state, kBlock);
+}
+BENCHMARK(dbRandGausGsl)->Name("dbRandGaus:gsl/4096")->Apply(configure);
+BENCHMARK(sbRandUniGsl)->Name("sbRandUni:gsl/4096")->Apply(configure);
+#endif
 
 BENCHMARK(dbRandGausRyx)->Name("dbRandGaus:ryx/4096")->Apply(configure);
 BENCHMARK(sbRandUniRyx)->Name("sbRandUni:ryx/4096")->Apply(configure);

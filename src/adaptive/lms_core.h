@@ -18,6 +18,8 @@
 // with a spare element.
 #pragma once
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -124,6 +126,88 @@ inline SCplx dotPairs(const SCplx* x, const SCplx* h, int n) {
   return SCplx{re, im};
 }
 
+// ---- Update and sum in one pass ------------------------------------------------------
+
+// The update and the output sum of one step in one pass over the taps, the
+// line moved afterwards: tap i is updated from the line as it stands
+// (element off + i, zero from lineLen on) and then multiplied by the element
+// the line holds at base + i once the D new samples (time order) are in.
+// Those are new samples for the first P + 1 taps (P = D-1-base) and old
+// element i - P - 1 beyond. Each tap is thus updated and summed before the
+// next, and its update overlaps the extended additions of the taps before
+// it; the values, and the order of the additions, are those of the update
+// loop followed by dotOut.
+template <class S, class H>
+struct FusedTaps {
+  H* taps;
+  const S* line;  // the line from base on
+  const S* samples;
+  int reach, off, D, newCount;  // newCount = D - base
+  bool adapt;
+  double keep;
+  ScaledErr se;
+  // Updates tap i and returns the line element it meets in the sum.
+  S operator()(int i) const {
+    if (adapt) taps[i] = updated(taps[i], keep, i < reach ? line[off + i] : zeroOf<S>(), se);
+    return i < newCount ? samples[newCount - 1 - i] : line[i - D];
+  }
+};
+
+// Eight real taps updated on double lanes: t*keep + x*se, rounded to the
+// tap type at the store, as updated() does one by one.
+inline void updateBlock(float* h, const float* x, double keep, double se) {
+  const __m128d k = _mm_set1_pd(keep), e = _mm_set1_pd(se);
+  for (int j = 0; j < 8; j += 4) {
+    const __m128 t = _mm_loadu_ps(h + j), v = _mm_loadu_ps(x + j);
+    const __m128d lo = _mm_add_pd(_mm_mul_pd(_mm_cvtps_pd(t), k), _mm_mul_pd(_mm_cvtps_pd(v), e));
+    const __m128d hi =
+        _mm_add_pd(_mm_mul_pd(_mm_cvtps_pd(_mm_movehl_ps(t, t)), k), _mm_mul_pd(_mm_cvtps_pd(_mm_movehl_ps(v, v)), e));
+    _mm_storeu_ps(h + j, _mm_movelh_ps(_mm_cvtpd_ps(lo), _mm_cvtpd_ps(hi)));
+  }
+}
+inline void updateBlock(double* h, const double* x, double keep, double se) {
+  const __m128d k = _mm_set1_pd(keep), e = _mm_set1_pd(se);
+  for (int j = 0; j < 8; j += 2)
+    _mm_storeu_pd(h + j, _mm_add_pd(_mm_mul_pd(_mm_loadu_pd(h + j), k), _mm_mul_pd(_mm_loadu_pd(x + j), e)));
+}
+
+// Real taps and samples only (complex taps leave the update loop and the
+// sum apart: their update is too heavy to hide under the sum). The lone
+// first tap of an odd count and the taps that meet new samples go one by
+// one, then blocks of eight: the block's update (on double lanes) comes
+// first, then its four pairs of extended additions, so that
+// the next block's update overlaps them.
+template <class S, class H>
+H fusedSum(int n, const FusedTaps<S, H>& tap) {
+  static_assert(!isCplx<S> && !isCplx<H>);
+  H* h = tap.taps;
+  const S* x = tap.line + tap.off;  // the update's elements
+  const S* y = tap.line - tap.D;    // the sum's elements from newCount on
+  ld even = 0, odd = 0;
+  int i = 0;
+  if (n & 1) {
+    const S x0 = tap(0);
+    even = ld(x0) * ld(h[0]);
+    i = 1;
+  }
+  auto pair = [&](int k) {
+    const S x0 = tap(k), x1 = tap(k + 1);
+    even += ld(x0) * ld(h[k]);
+    odd += ld(x1) * ld(h[k + 1]);
+  };
+  for (; i < n && i < tap.newCount; i += 2) pair(i);
+  const int blocksEnd = std::min(n, tap.reach);
+  for (; i + 8 <= blocksEnd; i += 8) {
+    if (tap.adapt) updateBlock(h + i, x + i, tap.keep, tap.se.re);
+    for (int k = i; k < i + 8; k += 2) {
+      even += ld(y[k]) * ld(h[k]);
+      odd += ld(y[k + 1]) * ld(h[k + 1]);
+    }
+  }
+  for (; i < n; i += 2) pair(i);
+  return static_cast<H>(even + odd);
+}
+
 // ---- Line movement ---------------------------------------------------------------
 
 // Single sample: all dlylLen - 1 elements move up by one.
@@ -166,12 +250,37 @@ inline bool adapts(Adapt rule, float step) {
   return true;
 }
 
+// One step of D samples in one pass (FusedTaps), then the line's move.
+template <class S, class H>
+H stepFused(RyxLmsTapState* ts, RyxLmsDlyState* ds, const S* samples, int D, int base, H err, Adapt rule) {
+  const S* line = static_cast<const S*>(ds->dlyl);
+  const int off = base + ts->errDly;
+  const FusedTaps<S, H> tap{static_cast<H*>(ts->taps),
+                            line + base,
+                            samples,
+                            std::clamp(ds->dlylLen - off, 0, ts->tapsLen),
+                            ts->errDly,
+                            D,
+                            D - base,
+                            adapts(rule, ts->step),
+                            1.0 - double(ts->leak),
+                            scaleErr(err, ts->step)};
+  return fusedSum(ts->tapsLen, tap);
+}
+
 // One sample: update, move, store, sum (by `dot`).
 template <class S, class H, class Dot = H (*)(const S*, const H*, int)>
 H stepOne(RyxLmsTapState* ts, RyxLmsDlyState* ds, S sample, H err, Adapt rule, Dot dot = dotOut<S, H>) {
   H* taps = static_cast<H*>(ts->taps);
   S* line = static_cast<S*>(ds->dlyl);
   const int len = ts->tapsLen;
+  if constexpr (!isCplx<S> && !isCplx<H> && std::is_same_v<Dot, H (*)(const S*, const H*, int)>) {
+    if (dot == dotOut<S, H> && len <= ds->dlylLen) {
+      const H y = stepFused(ts, ds, &sample, 1, 0, err, rule);
+      pushOne(line, ds->dlylLen, sample);
+      return y;
+    }
+  }
   if (adapts(rule, ts->step)) {
     updateTaps(taps, len, line, ds->dlylLen, ts->errDly, ts->leak, scaleErr(err, ts->step));
   }
@@ -202,6 +311,13 @@ H stepGroup(RyxLmsTapState* ts, RyxLmsDlyState* ds, const S* samples, H err, Ada
   const int len = ts->tapsLen;
   const int D = ts->downFactor;
   const int base = D - 1 - ts->downPhase;
+  if constexpr (!isCplx<S> && !isCplx<H>) {
+    if (base + len <= ds->dlylLen) {  // every summed element inside the line
+      const H y = stepFused(ts, ds, samples, D, base, err, rule);
+      pushGroup(line, ds->dlylLen, len + ts->errDly, D, samples);
+      return y;
+    }
+  }
   if (adapts(rule, ts->step)) {
     updateTaps(taps, len, line, ds->dlylLen, base + ts->errDly, ts->leak, scaleErr(err, ts->step));
   }

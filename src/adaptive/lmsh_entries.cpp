@@ -66,6 +66,8 @@ void setUp(const char* name, int lmsType, const H* taps, int tapsLen, const S* d
   ds.isDlyFilterMode = 1;
 }
 
+// Init is this with downFactor 1 and phase 0, for which the phase and
+// factor checks cannot fail.
 template <class S, class H>
 void initMr(const char* name, int lmsType, const H* taps, int tapsLen, const S* dlyl, float step, float leak,
             int errDly, int down, int downPhase, RyxLmsState* st) {
@@ -76,16 +78,6 @@ void initMr(const char* name, int lmsType, const H* taps, int tapsLen, const S* 
                                   {down <= downPhase, "Invalid factor value"}}))
     return;
   setUp(name, lmsType, taps, tapsLen, dlyl, step, leak, errDly, down, downPhase, st);
-}
-
-template <class S, class H>
-void init(const char* name, int lmsType, const H* taps, int tapsLen, const S* dlyl, float step, float leak,
-          int errDly, RyxLmsState* st) {
-  if (!passSticky({name, kStem}, {{st == nullptr, kNullBuf},
-                                  {tapsLen < 1, "Invalid buffer length"},
-                                  {errDly < 0, "Invalid error delay value"}}))
-    return;
-  setUp(name, lmsType, taps, tapsLen, dlyl, step, leak, errDly, 1, 0, st);
 }
 
 // The two marks of a live record, tested after the pointers.
@@ -190,27 +182,27 @@ extern "C" {
 
 RYXAPI void ryxsLmsInit(int type, const float* taps, int len, const float* dlyl, float step, float leak,
                         int errDly, St* st) {
-  init(__func__, type, taps, len, dlyl, step, leak, errDly, st);
+  initMr(__func__, type, taps, len, dlyl, step, leak, errDly, 1, 0, st);
 }
 RYXAPI void ryxdLmsInit(int type, const double* taps, int len, const double* dlyl, float step, float leak,
                         int errDly, St* st) {
-  init(__func__, type, taps, len, dlyl, step, leak, errDly, st);
+  initMr(__func__, type, taps, len, dlyl, step, leak, errDly, 1, 0, st);
 }
 RYXAPI void ryxcLmsInit(int type, const SCplx* taps, int len, const SCplx* dlyl, float step, float leak,
                         int errDly, St* st) {
-  init(__func__, type, taps, len, dlyl, step, leak, errDly, st);
+  initMr(__func__, type, taps, len, dlyl, step, leak, errDly, 1, 0, st);
 }
 RYXAPI void ryxzLmsInit(int type, const DCplx* taps, int len, const DCplx* dlyl, float step, float leak,
                         int errDly, St* st) {
-  init(__func__, type, taps, len, dlyl, step, leak, errDly, st);
+  initMr(__func__, type, taps, len, dlyl, step, leak, errDly, 1, 0, st);
 }
 RYXAPI void ryxscLmsInit(int type, const SCplx* taps, int len, const float* dlyl, float step, float leak,
                          int errDly, St* st) {
-  init(__func__, type, taps, len, dlyl, step, leak, errDly, st);
+  initMr(__func__, type, taps, len, dlyl, step, leak, errDly, 1, 0, st);
 }
 RYXAPI void ryxdzLmsInit(int type, const DCplx* taps, int len, const double* dlyl, float step, float leak,
                          int errDly, St* st) {
-  init(__func__, type, taps, len, dlyl, step, leak, errDly, st);
+  initMr(__func__, type, taps, len, dlyl, step, leak, errDly, 1, 0, st);
 }
 
 RYXAPI void ryxsLmsInitMr(int type, const float* taps, int len, const float* dlyl, float step, float leak,

@@ -47,13 +47,10 @@ void seedCore(St* s, u32 seed, u32 borrow) {
 // a difference below 1; the 16-bit uniform kernel only on a negative one.
 template <bool SignBorrow = false, class St>
 std::int32_t coreStep(St* s) {
-  auto n = static_cast<std::int32_t>(s->x2 - s->x3 - s->borrow);
-  if (SignBorrow ? n < 0 : n < 1) {
-    n = static_cast<std::int32_t>(static_cast<u32>(n) - 18u);
-    s->borrow = 1;
-  } else {
-    s->borrow = 0;
-  }
+  const auto d = static_cast<std::int32_t>(s->x2 - s->x3 - s->borrow);
+  const u32 borrow = SignBorrow ? d < 0 : d < 1;  // without a branch: borrows come at random
+  const auto n = static_cast<std::int32_t>(static_cast<u32>(d) - 18u * borrow);
+  s->borrow = borrow;
   s->x3 = s->x2, s->x2 = s->x1, s->x1 = static_cast<u32>(n);
   return n;
 }
@@ -102,26 +99,73 @@ struct Gaussian {
     if constexpr (std::is_same_v<R, short>) return static_cast<short>(truncInt32(v));
     else return static_cast<R>(v);
   }
+  // A point (f1, f2) strictly inside the unit circle, s = f1^2 + f2^2, from
+  // two core and two congruential steps per round.
+  // Kept as the two integer sums: the wide values are exact functions of
+  // them, cheaper to remake than to store and load.
+  struct Point {
+    std::int32_t u1, u2;
+    Wide f1() const { return u1 * 4.656612873077e-10L; }
+    Wide f2() const { return u2 * 4.656612873077e-10L; }
+    Wide sq() const { return f1() * f1() + f2() * f2(); }
+  };
+  template <class Core>
+  static Point point(Core* c, u32& lcg) {
+    Point p;
+    Wide sq;
+    do {
+      const std::int32_t n1 = coreStep(c);
+      const u32 g1 = congruential(lcg);
+      const std::int32_t n2 = coreStep(c);
+      const u32 g2 = congruential(lcg);
+      p = {static_cast<std::int32_t>(static_cast<u32>(n1) + g1), static_cast<std::int32_t>(static_cast<u32>(n2) + g2)};
+      sq = p.sq();
+    } while (!(sq < 1 && sq != 0));
+    return p;
+  }
+  // The pair of deviates of a point, given ln(s): the second is returned first.
+  static void deviates(const St* s, const Point& p, Wide lnSq, R& second, R& first) {
+    const Wide r = std::sqrt(-(2 * lnSq) / p.sq());
+    const Wide dev = s->stDev, mean = s->mean;
+    first = narrow(p.f1() * r * dev + mean);
+    second = narrow(p.f2() * r * dev + mean);
+  }
   static R draw(St* s) {
     if (s->hasExtra) {
       s->hasExtra = 0;
       return s->extra;
     }
     s->hasExtra = 1;
-    Wide f1, f2, sq;
-    do {
-      const std::int32_t n1 = coreStep(s);
-      const u32 g1 = congruential(s->lcg);
-      const std::int32_t n2 = coreStep(s);
-      const u32 g2 = congruential(s->lcg);
-      f1 = static_cast<std::int32_t>(static_cast<u32>(n1) + g1) * 4.656612873077e-10L;
-      f2 = static_cast<std::int32_t>(static_cast<u32>(n2) + g2) * 4.656612873077e-10L;
-      sq = f1 * f1 + f2 * f2;
-    } while (!(sq < 1 && sq != 0));
-    const Wide r = std::sqrt(-(2 * std::log(sq)) / sq);
-    const Wide dev = s->stDev, mean = s->mean;
-    s->extra = narrow(f1 * r * dev + mean);
-    return narrow(f2 * r * dev + mean);
+    R second;
+    const Point p = point(s, s->lcg);
+    deviates(s, p, std::log(p.sq()), second, s->extra);
+    return second;
+  }
+  // count draws into out, as many draw() calls would make them. The points
+  // of up to 16 pairs are drawn first (the integer sequence in its order),
+  // then their logarithms, then the deviates, so that the logarithms, the
+  // divisions and the roots of different pairs overlap instead of each
+  // waiting on the one before.
+  static void fill(St* s, R* out, std::uint64_t count) {
+    std::uint64_t i = 0;
+    if (count > 0 && s->hasExtra) out[i++] = draw(s);
+    while (count - i >= 2) {
+      constexpr std::uint64_t kBatch = 16;
+      const std::uint64_t m = (count - i) / 2 < kBatch ? (count - i) / 2 : kBatch;
+      Point p[kBatch];
+      // The core words in locals while the batch draws them.
+      struct {
+        u32 borrow, x1, x2, x3;
+      } core = {s->borrow, s->x1, s->x2, s->x3};
+      u32 lcg = s->lcg;
+      for (std::uint64_t j = 0; j < m; ++j) p[j] = point(&core, lcg);
+      s->borrow = core.borrow, s->x1 = core.x1, s->x2 = core.x2, s->x3 = core.x3, s->lcg = lcg;
+      Wide lnSq[kBatch];
+      for (std::uint64_t j = 0; j < m; ++j) lnSq[j] = std::log(p[j].sq());
+      for (std::uint64_t j = 0; j < m; ++j) deviates(s, p[j], lnSq[j], out[i + 2 * j], out[i + 2 * j + 1]);
+      i += 2 * m;
+    }
+    if (i < count) out[i] = draw(s);
   }
 };
 
@@ -220,7 +264,12 @@ void randBlock(const char* name, typename K::State* s, T* dst, int n) {
   if (!passFirst({name, kStem},
                  {{s == nullptr, kNullState}, {dst == nullptr, "Null pointer to data buffer"}, {n == 0, "Null length of buffer"}}))
     return;
-  for (u32 i = 0; i < static_cast<u32>(n); ++i) dst[i] = drawSample<K, T>(s);
+  if constexpr (requires { K::fill; }) {
+    using R = typename Real<T>::type;
+    K::fill(s, reinterpret_cast<R*>(dst), std::uint64_t{static_cast<u32>(n)} * (kComplex<T> ? 2 : 1));
+  } else {
+    for (u32 i = 0; i < static_cast<u32>(n); ++i) dst[i] = drawSample<K, T>(s);
+  }
 }
 
 constexpr const char* kStemW = "ryxrandw";

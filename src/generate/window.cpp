@@ -172,12 +172,23 @@ template <class R, int P>
 void kaiser(const Span<R, P>& s, double alpha) {
   const double x0 = std::fabs((s.n - 1) * alpha * 0.5);
   const Wide norm = 1 / (x0 < 3.75 ? i0Small((x0 / 3.75L) * (x0 / 3.75L)) : i0Large(x0));
+  // The loop runs while n - 2 - 2k >= 0, that is for the n/2 pairs. Weights
+  // are made for a batch of pairs, then applied: the polynomials and
+  // exponentials of neighbouring pairs are independent and overlap.
+  constexpr int kBatch = 32;
+  Wide w[kBatch];
   double r = 0;
-  for (int k = 0; s.n - 2 - 2 * k >= 0; ++k) {
-    const Wide v = r < 14.0625 ? i0Small(r * (1 / 14.0625L)) : i0Large(std::sqrt(static_cast<Wide>(r)));
-    const Wide w = v * norm;
-    s.pair(k, [w](R x) { return mulWide(x, w); });
-    r += static_cast<double>(s.n - 2 - 2 * k) * alpha * alpha;
+  for (int k0 = 0; k0 < s.n / 2; k0 += kBatch) {
+    const int m = s.n / 2 - k0 < kBatch ? s.n / 2 - k0 : kBatch;
+    for (int j = 0; j < m; ++j) {
+      const Wide v = r < 14.0625 ? i0Small(r * (1 / 14.0625L)) : i0Large(std::sqrt(static_cast<Wide>(r)));
+      w[j] = v * norm;
+      r += static_cast<double>(s.n - 2 - 2 * (k0 + j)) * alpha * alpha;
+    }
+    for (int j = 0; j < m; ++j) {
+      const Wide wj = w[j];
+      s.pair(k0 + j, [wj](R x) { return mulWide(x, wj); });
+    }
   }
 }
 

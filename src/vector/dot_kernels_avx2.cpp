@@ -12,13 +12,11 @@ float dotF32(const float* a, const float* b, int n) {
   const int rest = n & 7;
   float total = 0.0f;
   if (n >= 8) {
-    // Two turns per pass, one prefetch per array and 64-byte line; the
-    // additions into the one accumulator keep the turns' order.
+    // Two turns per pass; the additions into the one accumulator keep the
+    // turns' order.
     __m256 acc = _mm256_setzero_ps();
     int i = n - 8;
     for (; i - 8 >= rest; i -= 16) {
-      _mm_prefetch(reinterpret_cast<const char*>(a + i) - 64, _MM_HINT_T0);
-      _mm_prefetch(reinterpret_cast<const char*>(b + i) - 64, _MM_HINT_T0);
       const __m256 p0 = _mm256_mul_ps(_mm256_loadu_ps(a + i), _mm256_loadu_ps(b + i));
       const __m256 p1 = _mm256_mul_ps(_mm256_loadu_ps(a + i - 8), _mm256_loadu_ps(b + i - 8));
       acc = _mm256_add_ps(_mm256_add_ps(acc, p0), p1);

@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "vector/elem_kernels.h"
+#include "vector/lnexp_kernels.h"
 
 namespace ryx::elem {
 namespace {
@@ -66,8 +67,10 @@ float rsqrtSeed(float x) { return rsqrtEstimate(x); }
 
 float rootEstimateF32(float x) { return _mm_cvtss_f32(rootRefined(_mm_set_ss(x))); }
 
+// Whole groups of lanes (eight where allowed), then the rest one by one.
 void sqrF32(const float* src, float* dst, int n) {
-  for (int i = 0; i < n; ++i) dst[i] = src[i] * src[i];
+  int i = lanes::pick().sqr(src, dst, n);
+  for (; i < n; ++i) dst[i] = src[i] * src[i];
 }
 
 void sqrC32(const SCplx* src, SCplx* dst, int n) {
@@ -79,6 +82,10 @@ void sqrC32(const SCplx* src, SCplx* dst, int n) {
 
 bool sqrtF32(const float* src, float* dst, int n) {
   bool bad = false;
+  // Whole groups of four through the lane forms (two groups per turn where
+  // eight lanes are allowed), the head and the tail group by group here.
+  const lanes::Kernels& k = lanes::pick();
+  auto bulk = [&](int i, int count) { bad = k.root(src + i, dst + i, count) || bad; };
   forwardGroups(dst, n, 4, [&](int i, int count) {
     bool all = true;
     for (int k = 0; k < count; ++k) all = all && estimable(src[i + k]);
@@ -93,7 +100,7 @@ bool sqrtF32(const float* src, float* dst, int n) {
       if (!(x >= 0.0f)) x = 0.0f;
       dst[i + k] = std::sqrt(x);
     }
-  });
+  }, bulk);
   return bad;
 }
 
@@ -197,7 +204,7 @@ bool invThreshC32(const SCplx* src, SCplx* dst, int n, float thresh) {
 }
 
 void absF32(const float* src, float* dst, int n) {
-  for (int i = 0; i < n; ++i) {
+  for (int i = lanes::pick().abs(src, dst, n); i < n; ++i) {
     std::uint32_t b;
     std::memcpy(&b, src + i, 4);
     b &= 0x7fffffffu;

@@ -120,9 +120,10 @@ void absI16(const short* src, short* dst, int n);
 // Float groups of the forward kernels: heads of one, two and four lanes
 // until the destination is 32-byte aligned (when it is at least aligned to
 // `unit` bytes), then groups of four, then one of two and one single.
-// Calls body(start, count) in order.
-template <class F>
-void forwardGroups(const void* dst, int n, int unit, F body) {
+// Calls body(start, count) in order; the run of whole groups of four in the
+// middle goes to bulk(start, count), count a multiple of four.
+template <class F, class Bulk>
+void forwardGroups(const void* dst, int n, int unit, F body, Bulk bulk) {
   auto addr = reinterpret_cast<std::uintptr_t>(dst);
   int i = 0;
   if (addr % unit == 0) {
@@ -134,12 +135,21 @@ void forwardGroups(const void* dst, int n, int unit, F body) {
       addr += static_cast<std::uintptr_t>(count * unit);
     }
   }
-  for (; n - i >= 4; i += 4) body(i, 4);
+  const int whole = (n - i) & ~3;
+  bulk(i, whole);
+  i += whole;
   if (n - i >= 2) {
     body(i, 2);
     i += 2;
   }
   if (n - i >= 1) body(i, 1);
+}
+
+template <class F>
+void forwardGroups(const void* dst, int n, int unit, F body) {
+  forwardGroups(dst, n, unit, body, [&body](int start, int count) {
+    for (int i = start; i < start + count; i += 4) body(i, 4);
+  });
 }
 
 }  // namespace ryx::elem

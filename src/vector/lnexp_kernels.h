@@ -44,4 +44,28 @@ void lnI16(const short* src, short* dst, int n);
 int autoFactorExp(const short* src, int n);
 void expI16(const short* src, short* dst, int n, bool saturate, int factor);
 
+// The scalar float kernels on one element, special arguments included.
+float lnOne(float x);
+float expOne(float x);
+float atanOne(float x);
+
 }  // namespace ryx::lnexp
+
+// Lane forms of the float kernels (float_lanes.h), bit for bit the scalar
+// kernels (and x*x, |x|): whole groups of four (SSE2) or eight (AVX2) lanes,
+// each returning the count done. root takes a multiple of four elements,
+// each group of four refined or exact as a whole, and returns true when an
+// element had its sign bit set.
+namespace ryx::lanes {
+struct Kernels {
+  int (*ln)(const float* src, float* dst, int n);
+  int (*exp)(const float* src, float* dst, int n);
+  int (*atan)(const float* src, float* dst, int n);
+  int (*sqr)(const float* src, float* dst, int n);
+  int (*abs)(const float* src, float* dst, int n);
+  bool (*root)(const float* src, float* dst, int n);
+};
+extern const Kernels kSse2, kAvx2;
+// The AVX2 table where the processor and the cap allow it, else SSE2's.
+const Kernels& pick();
+}  // namespace ryx::lanes

@@ -8,6 +8,7 @@
 // through the reciprocal estimate and one Newton step.
 #include <emmintrin.h>
 
+#include <bit>
 #include <cmath>
 #include <cstring>
 
@@ -17,26 +18,10 @@
 namespace ryx::lnexp {
 namespace {
 
-inline std::uint32_t bitsOf(float x) {
-  std::uint32_t b;
-  std::memcpy(&b, &x, 4);
-  return b;
-}
-inline float floatOf(std::uint32_t b) {
-  float x;
-  std::memcpy(&x, &b, 4);
-  return x;
-}
-inline std::uint64_t bitsOf(double x) {
-  std::uint64_t b;
-  std::memcpy(&b, &x, 8);
-  return b;
-}
-inline double doubleOf(std::uint64_t b) {
-  double x;
-  std::memcpy(&x, &b, 8);
-  return x;
-}
+inline std::uint32_t bitsOf(float x) { return std::bit_cast<std::uint32_t>(x); }
+inline float floatOf(std::uint32_t b) { return std::bit_cast<float>(b); }
+inline std::uint64_t bitsOf(double x) { return std::bit_cast<std::uint64_t>(x); }
+inline double doubleOf(std::uint64_t b) { return std::bit_cast<double>(b); }
 
 // 1/d refined from the estimate: r * (2 - d*r).
 inline float reciprocal(float d) {
@@ -212,23 +197,38 @@ void each(const S* src, D* dst, int n, F f) {
   for (int i = 0; i < n; ++i) dst[i] = f(src[i]);
 }
 
+// The lane form for whole groups (eight lanes where allowed), the scalar
+// kernel for the rest: the same bits either way.
+void laned(const float* src, float* dst, int n, int (*lanes::Kernels::*kernel)(const float*, float*, int),
+           float (*one)(float)) {
+  const int done = ((n >= 8 ? lanes::pick() : lanes::kSse2).*kernel)(src, dst, n);
+  each(src + done, dst + done, n - done, one);
+}
+
 }  // namespace
 
-void lnF32(const float* src, float* dst, int n) { each(src, dst, n, lnScalar); }
+float lnOne(float x) { return lnScalar(x); }
+float expOne(float x) { return expScalar(x); }
+float atanOne(float x) { return atanScalar(x); }
+
+void lnF32(const float* src, float* dst, int n) { laned(src, dst, n, &lanes::Kernels::ln, lnScalar); }
 void lnF64(const double* src, double* dst, int n) { each(src, dst, n, lnDouble); }
 void lnF64ToF32(const double* src, float* dst, int n) { each(src, dst, n, lnDoubleShort); }
 void lgF32(const float* src, float* dst, int n) {
-  each(src, dst, n, [](float x) { return lnScalar(x) * 0.434294492f; });
+  lnF32(src, dst, n);
+  for (int i = 0; i < n; ++i) dst[i] *= 0.434294492f;
 }
 void lgF64(const double* src, double* dst, int n) {
   each(src, dst, n, [](double x) { return lnDouble(x) * 0.4342944819032518; });
 }
-void expF32(const float* src, float* dst, int n) { each(src, dst, n, expScalar); }
+void expF32(const float* src, float* dst, int n) { laned(src, dst, n, &lanes::Kernels::exp, expScalar); }
 void expF64(const double* src, double* dst, int n) { each(src, dst, n, expDouble); }
 void expF32ToF64(const float* src, double* dst, int n) {
   each(src, dst, n, [](float x) { return expDouble(x); });
 }
-void atanF32(const float* src, float* dst, int n) { each(src, dst, n, atanScalar); }
+void atanF32(const float* src, float* dst, int n) {
+  laned(src, dst, n, &lanes::Kernels::atan, atanScalar);
+}
 void atanF64(const double* src, double* dst, int n) { each(src, dst, n, atanDouble); }
 
 void lgC32(const SCplx* src, SCplx* dst, int n) {

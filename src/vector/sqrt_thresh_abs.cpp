@@ -97,9 +97,8 @@ void sqrShort(const short* src, short* dst, int n, int scaleMode, int* scaleFact
 }
 
 // The SCplx threshold kernel cannot fail.
-template <class T, class R>
-bool always(void (*kernel)(const T*, T*, int, R, int), const T* src, T* dst, int n, R thresh, int relOp) {
-  kernel(src, dst, n, thresh, relOp);
+bool threshSCplx(const SCplx* src, SCplx* dst, int n, float thresh, int relOp) {
+  threshC32(src, dst, n, thresh, relOp);
   return true;
 }
 
@@ -170,14 +169,10 @@ RYXAPI void ryxwbThresh2(const short* src, short* dst, int len, short thresh, in
   realThresh(__func__, two(src, dst), len, thresh, relOp, threshReal<short>);
 }
 RYXAPI void ryxcbThresh1(SCplx* vec, int len, float thresh, int relOp) {
-  threshComplex(__func__, one(vec), len, thresh, relOp, "thresh<0.0f",
-                [](const SCplx* s, SCplx* d, int n, float t, int r) { return always(threshC32, s, d, n, t, r); },
-                ryxcbZero, ryxcbCopy);
+  threshComplex(__func__, one(vec), len, thresh, relOp, "thresh<0.0f", threshSCplx, ryxcbZero, ryxcbCopy);
 }
 RYXAPI void ryxcbThresh2(const SCplx* src, SCplx* dst, int len, float thresh, int relOp) {
-  threshComplex(__func__, two(src, dst), len, thresh, relOp, "thresh<0.0f",
-                [](const SCplx* s, SCplx* d, int n, float t, int r) { return always(threshC32, s, d, n, t, r); },
-                ryxcbZero, ryxcbCopy);
+  threshComplex(__func__, two(src, dst), len, thresh, relOp, "thresh<0.0f", threshSCplx, ryxcbZero, ryxcbCopy);
 }
 RYXAPI void ryxvbThresh1(WCplx* vec, int len, short thresh, int relOp) {
   threshComplex(__func__, one(vec), len, thresh, relOp, "thresh<0", threshCI16, ryxvbZero, ryxvbCopy);
