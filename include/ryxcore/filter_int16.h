@@ -27,6 +27,19 @@
  * four shifted tap copies; released by ryxFirFree. Set/GetDlyl move
  * tapsLen-1 samples (multirate: ceil(tapsLen/upFactor)), oldest first.
  * Unlike the float forms, Init on a live record does not free it first.
+ *
+ * 16-bit IIR: float taps in the order of the float forms (b[0..order] then
+ * a[0..order]; cascades b0 b1 b2 a0 a1 a2 per section), normalised and
+ * quantised at set-up into the memory of the caller's array, with
+ * fractBits fraction bits (the record's `reserved`). Arbitrary order runs
+ * in integers on a delay line of `order` 32-bit values and always
+ * saturates its output; a fixed positive scale shifts the numerator, a
+ * negative one the feedback; automatic scale shifts the input right until
+ * no output overflows. A cascade runs in integers under scale mode 0
+ * (outputs always even), otherwise in double on a float delay line of the
+ * same memory. The Gain forms multiply the numerator by gain and take
+ * inputRange (bits of input used) into the choice of fractBits. The
+ * high-level records are released by ryxIirFree.
  */
 #ifndef RYXCORE_FILTER_INT16_H
 #define RYXCORE_FILTER_INT16_H
@@ -61,6 +74,26 @@ RYXAPI void ryxwFirSetDlyl(const short* dlyl, RyxFirState* statePtr);
 RYXAPI void ryxwFirGetDlyl(const RyxFirState* statePtr, short* dlyl);
 RYXAPI short ryxwFir(RyxFirState* statePtr, short sample, int scaleMode, int* scaleFactor);
 RYXAPI void ryxwbFir(RyxFirState* statePtr, const short* src, short* dst, int numIters, int scaleMode,
+                     int* scaleFactor);
+
+/* ---- 16-bit IIR ------------------------------------------------------------ */
+
+RYXAPI void ryxwIirlInit(int iirType, float* taps, int order, RyxIirTapState* tapStPtr);
+RYXAPI void ryxwIirlInitGain(int iirType, float* taps, int order, RyxIirTapState* tapStPtr, float gain,
+                             int inputRange);
+RYXAPI void ryxwIirlInitBq(int iirType, float* taps, int numQuads, RyxIirTapState* tapStPtr);
+RYXAPI void ryxwIirlInitDlyl(const RyxIirTapState* tapStPtr, int* dlyl, RyxIirDlyState* dlyStPtr);
+RYXAPI short ryxwIirl(const RyxIirTapState* tapStPtr, RyxIirDlyState* dlyStPtr, short sample, int scaleMode,
+                      int* scaleFactor);
+RYXAPI void ryxwbIirl(const RyxIirTapState* tapStPtr, RyxIirDlyState* dlyStPtr, const short* inSamps,
+                      short* outSamps, int numIters, int scaleMode, int* scaleFactor);
+
+RYXAPI void ryxwIirInit(int iirType, const float* tapVals, int order, RyxIirState* statePtr);
+RYXAPI void ryxwIirInitGain(int iirType, const float* tapVals, int order, RyxIirState* statePtr, float gain,
+                            int inputRange);
+RYXAPI void ryxwIirInitBq(int iirType, const float* tapVals, int numQuads, RyxIirState* statePtr);
+RYXAPI short ryxwIir(RyxIirState* statePtr, short sample, int scaleMode, int* scaleFactor);
+RYXAPI void ryxwbIir(RyxIirState* statePtr, const short* src, short* dst, int numIters, int scaleMode,
                      int* scaleFactor);
 
 #ifdef __cplusplus

@@ -115,6 +115,7 @@ class Case {
   std::uint8_t vals[kMaxArgs][16] = {};
   std::vector<std::unique_ptr<Block>> blocks;
   std::vector<RyxFirState*> liveStates;  // released at the end of the case
+  std::vector<RyxIirState*> liveIirStates;  // the same for IIR records
   bool initRow = false;                  // a set-up routine: NoMem may leave its record dead
   int recordKind = -1;                   // when set: the kind of high-level record to build
 
