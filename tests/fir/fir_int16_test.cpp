@@ -3,49 +3,29 @@
 // ties to even; high-level: double scale, halves away from zero), exact
 // sums of the zero-stuffed stream taken modulo 2^32, narrowing per mode.
 // Streams are cut into random blocks; single samples must match blocks.
-#include <cmath>
-#include <cstdint>
-#include <functional>
-#include <random>
-#include <vector>
-
 #include "alloc_failure.h"
 #include "fir_support.h"
+#include "int16_model.h"
 #include "ryxcore/filter_int16.h"
 
 namespace firtest {
 namespace {
 
-using i64 = long long;
+using namespace int16model;
 
-int tapExp(const std::vector<float>& t) {
-  ld s = 0;
-  for (float v : t) s += std::fabs(static_cast<ld>(v));
-  int e = 0;
-  if (!(s > 0)) return 0;
-  for (; s > 32767; s /= 2) --e;
-  for (; 2 * s < 32767; s *= 2) ++e;
-  return e;
-}
-short wrap(i64 v) { return static_cast<short>(static_cast<std::uint16_t>(static_cast<std::uint64_t>(v))); }
-short sat(i64 v) { return static_cast<short>(v > 32767 ? 32767 : v < -32768 ? -32768 : v); }
 bool fits(i64 v) { return v >= -32768 && v <= 32767; }
 int topShift(i64 v) { return static_cast<int>(std::floor(std::log2(static_cast<double>(v < 0 ? -v : v)))) - 14; }
 // Positive f: right with sign (at most 31); negative: left (at most 15).
 i64 shift(i64 v, int f) { return f >= 0 ? v >> std::min(f, 31) : v * (i64{1} << std::min(-f, 15)); }
 std::int32_t shift32(std::int32_t v, int f) { return static_cast<std::int32_t>(static_cast<std::uint32_t>(shift(v, f))); }
 
-// Quantised taps of each form.
-std::vector<i64> quantLow(const std::vector<float>& t, int e) {
-  std::vector<i64> q;
-  for (float v : t) q.push_back(std::lrintf(v * std::ldexp(1.0f, e)));
-  return q;
-}
-std::vector<i64> quantHigh(const std::vector<float>& t, int e) {
+// Quantised taps: low-level scales in float and rounds ties to even,
+// high-level scales in double and rounds halves away from zero.
+std::vector<i64> quant(const std::vector<float>& t, int e, bool high) {
   std::vector<i64> q;
   for (float v : t) {
     const double x = std::ldexp(static_cast<double>(v), e);
-    q.push_back(static_cast<i64>(x > 0 ? x + 0.5 : x - 0.5));
+    q.push_back(high ? static_cast<i64>(x > 0 ? x + 0.5 : x - 0.5) : std::lrintf(v * std::ldexp(1.0f, e)));
   }
   return q;
 }
@@ -68,9 +48,9 @@ std::vector<std::int32_t> sums(const std::vector<i64>& q, const std::vector<shor
   return y;
 }
 
-// One sum narrowed as the single-sample forms do (`high` adds the left
-// shifting modes); *f receives the automatic factor.
-short narrow(std::int32_t v, int mode, int sf, int e, bool high, int* f) {
+// One sum narrowed as the single-sample forms do; *f receives the
+// automatic factor.
+short narrow(std::int32_t v, int mode, int sf, int e, int* f) {
   if ((mode & 7) >= 4) {
     const std::int32_t x = shift32(v, e);
     *f = fits(x) ? 0 : topShift(x);
@@ -89,7 +69,7 @@ std::vector<short> narrowBlock(const std::vector<std::int32_t>& v, int mode, int
   std::vector<short> out(v.size());
   int f = 0;
   if ((mode & 7) < 4) {
-    for (size_t i = 0; i < v.size(); ++i) out[i] = narrow(v[i], mode, sf, e, high, &f);
+    for (size_t i = 0; i < v.size(); ++i) out[i] = narrow(v[i], mode, sf, e, &f);
   } else if (!high) {
     int top = 0;
     for (std::int32_t x : v) top = std::max(top, fits(shift32(x, e)) ? 0 : topShift(shift32(x, e)));
@@ -123,17 +103,9 @@ void clearReports() {
   ryxSetErrStatus(RYX_StsOk);
 }
 
-std::vector<short> randomSamples(std::mt19937& rng, size_t n, int amp) {
-  std::uniform_int_distribution<int> d(-amp, amp);
-  std::vector<short> x(n);
-  for (short& s : x) s = static_cast<short>(d(rng));
-  return x;
-}
-
 std::vector<float> randomTaps(std::mt19937& rng, int n, float scale) {
-  std::uniform_real_distribution<float> d(-scale, scale);
   std::vector<float> t(n);
-  for (float& v : t) v = d(rng);
+  for (float& v : t) v = std::uniform_real_distribution<float>(-scale, scale)(rng);
   return t;
 }
 
@@ -178,13 +150,10 @@ TEST(FirInt16, StreamsMatchModelInEveryMode) {
         ryxwFirInitMr(taps.data(), sh.len, nullptr, sh.up, sh.upPh, sh.down, sh.downPh, &st);
         ASSERT_EQ(ts.tapShift, e);
         ASSERT_EQ(st.tapShift, e);
-        const auto lowSums = sums(quantLow(taps, e), x, sh.up, sh.upPh, sh.down, sh.downPh);
-        const auto highSums = sums(quantHigh(taps, e), x, sh.up, sh.upPh, sh.down, sh.downPh);
-        size_t in = 0, outPos = 0;
-        while (in < x.size()) {
-          const int blocks = std::uniform_int_distribution<int>(1, 90)(rng);
-          const int n = std::min<int>(blocks, static_cast<int>((x.size() - in) / sh.down));
-          const size_t outs = static_cast<size_t>(n) * sh.up;
+        const auto lowSums = sums(quant(taps, e, false), x, sh.up, sh.upPh, sh.down, sh.downPh);
+        const auto highSums = sums(quant(taps, e, true), x, sh.up, sh.upPh, sh.down, sh.downPh);
+        inBlocks(rng, x.size() / sh.down, 90, [&](size_t g, int n) {
+          const size_t in = g * sh.down, outPos = g * sh.up, outs = static_cast<size_t>(n) * sh.up;
           std::vector<short> lo(outs), hi(outs);
           int lf = sf, hf = sf, f = 0;
           ryxwbFirl(&ts, &ds, x.data() + in, lo.data(), n, mode, &lf);
@@ -192,21 +161,20 @@ TEST(FirInt16, StreamsMatchModelInEveryMode) {
           std::vector<std::int32_t> l(lowSums.begin() + outPos, lowSums.begin() + outPos + outs);
           std::vector<std::int32_t> h(highSums.begin() + outPos, highSums.begin() + outPos + outs);
           ASSERT_EQ(lo, narrowBlock(l, mode, sf, e, false, {}, &f)) << "ryxwbFirl at " << in;
-          if ((mode & 7) >= 4) EXPECT_EQ(lf, f);
+          if ((mode & 7) >= 4) { EXPECT_EQ(lf, f); }
           ASSERT_EQ(hi, narrowBlock(h, mode, sf, e, true, highRuns(st, n), &f)) << "ryxwbFir at " << in;
-          if ((mode & 7) >= 4) EXPECT_EQ(hf, f);
-          in += static_cast<size_t>(n) * sh.down, outPos += outs;
-        }
+          if ((mode & 7) >= 4) { EXPECT_EQ(hf, f); }
+        });
         if (!sh.multi()) {
           // The same stream again, one sample at a time, after clearing.
           ryxwFirlSetDlyl(&ts, nullptr, &ds);
           ryxwFirSetDlyl(nullptr, &st);
           for (size_t i = 0; i < x.size(); ++i) {
             int lf = sf, hf = sf, f = 0;
-            ASSERT_EQ(ryxwFirl(&ts, &ds, x[i], mode, &lf), narrow(lowSums[i], mode, sf, e, false, &f)) << i;
-            if ((mode & 7) >= 4) EXPECT_EQ(lf, f);
-            ASSERT_EQ(ryxwFir(&st, x[i], mode, &hf), narrow(highSums[i], mode, sf, e, true, &f)) << i;
-            if ((mode & 7) >= 4) EXPECT_EQ(hf, f);
+            ASSERT_EQ(ryxwFirl(&ts, &ds, x[i], mode, &lf), narrow(lowSums[i], mode, sf, e, &f)) << i;
+            if ((mode & 7) >= 4) { EXPECT_EQ(lf, f); }
+            ASSERT_EQ(ryxwFir(&st, x[i], mode, &hf), narrow(highSums[i], mode, sf, e, &f)) << i;
+            if ((mode & 7) >= 4) { EXPECT_EQ(hf, f); }
           }
         }
         ryxFirFree(&st);
@@ -218,47 +186,34 @@ TEST(FirInt16, StreamsMatchModelInEveryMode) {
 // Taps and history access, and the documented edge cases.
 TEST(FirInt16, StateAccessAndEdges) {
   RecordReports rec;
-  std::vector<float> unity = {0.25f, 0.5f, 0.25f}, back(3);
-  std::vector<float> own = unity;
-  RyxFirTapState ts{};
-  RyxFirDlyState ds{};
-  short line[3] = {};
-  ryxwFirlInit(own.data(), 3, &ts);
-  EXPECT_EQ(ts.tapShift, 14);
-  ryxwFirlInitDlyl(&ts, line, &ds);
-  ryxwFirlSetDlyl(&ts, nullptr, &ds);
+  std::vector<float> unity = {0.25f, 0.5f, 0.25f}, own = unity, back(3);
+  RyxFirTapState ts{}, mts{};
+  RyxFirDlyState ds{}, mds{};
   RyxFirState st{};
-  const short hist[2] = {100, 200};
+  short line[3] = {}, got[2] = {}, out[6];
+  const short hist[2] = {100, 200}, small[6] = {1, 2, 3, 4, 5, 6}, big[6] = {30000, 30000, 30000, 30000, 30000, -30000};
+  ryxwFirlInit(own.data(), 3, &ts);
+  ryxwFirlInitDlyl(&ts, line, &ds);
+  ryxwFirlSetDlyl(&ts, hist, &ds);
   ryxwFirInit(unity.data(), 3, hist, &st);
-  EXPECT_EQ(st.tapsLen, 8);
-  EXPECT_EQ(st.dlylLen, 4);
-  EXPECT_EQ(st.extLen, 8);
-  short got[2] = {};
+  EXPECT_EQ(ts.tapShift, 14);  // taps summing to 1: 16384
+  EXPECT_EQ(std::vector<int>({st.tapsLen, st.dlylLen, st.extLen}), std::vector<int>({8, 4, 8}));
   ryxwFirGetDlyl(&st, got);
   EXPECT_EQ(got[1], 200);
+  ryxwFirlGetDlyl(&ts, &ds, got);
+  EXPECT_EQ(got[0], 100);
   // A constant input comes out unchanged once the line is full.
-  short y = 0;
-  for (int i = 0; i < 5; ++i) y = ryxwFirl(&ts, &ds, 1000, 0, nullptr);
-  EXPECT_EQ(y, 1000);
-  for (int i = 0; i < 5; ++i) y = ryxwFir(&st, 1000, 1, nullptr);
-  EXPECT_EQ(y, 1000);
-  // Get/Set taps in both forms give the quantised taps back.
-  ryxwFirlGetTaps(&ts, back.data());
-  EXPECT_EQ(back, unity);
+  for (int i = 0; i < 3; ++i) ryxwFirl(&ts, &ds, 1000, 0, nullptr), ryxwFir(&st, 1000, 1, nullptr);
+  EXPECT_EQ(ryxwFirl(&ts, &ds, 1000, 0, nullptr), 1000);
+  EXPECT_EQ(ryxwFir(&st, 1000, 1, nullptr), 1000);
   ryxwFirGetTaps(&st, back.data());
   EXPECT_EQ(back, unity);
-  short lineBack[2] = {};
-  ryxwFirlGetDlyl(&ts, &ds, lineBack);
-  EXPECT_EQ(lineBack[0], 1000);
   // Taps taken back into the record's array: floats again, filter refuses.
   ryxwFirlGetTaps(&ts, own.data());
   EXPECT_EQ(own, unity);
-  EXPECT_EQ(ts.isFilterMode, 0);
   ryxwFirl(&ts, &ds, 1, 0, nullptr);
   ASSERT_EQ(reports().size(), 1u);
   EXPECT_EQ(reports()[0].context, "Filter Taps is not setup");
-  ryxwFirlSetTaps(own.data(), &ts);
-  EXPECT_EQ(ts.isFilterMode, 1);
   // Zero taps: no exponent, zero output; a sum above 32767 shifts left.
   ryxwFirSetTaps(std::vector<float>{0, 0, 0}.data(), &st);
   EXPECT_EQ(st.tapShift, 0);
@@ -267,11 +222,9 @@ TEST(FirInt16, StateAccessAndEdges) {
   EXPECT_EQ(st.tapShift, -1);
   EXPECT_EQ(ryxwFir(&st, 1, 0, nullptr), -25536);  // 20000 << 1, wrapped
   EXPECT_EQ(ryxwFir(&st, 1, 1, nullptr), 32767);
-  // Auto scale of small samples reports 0; numIters 6 shares one factor.
+  // Auto scale: small samples report 0; numIters 6 shares one factor.
   int f = -9;
   ryxwFirSetTaps(unity.data(), &st);
-  short out[6];
-  const short small[6] = {1, 2, 3, 4, 5, 6}, big[6] = {30000, 30000, 30000, 30000, 30000, -30000};
   ryxwbFir(&st, small, out, 6, 4, &f);
   EXPECT_EQ(f, 0);
   ryxwFirSetTaps(std::vector<float>{2.0f, 2.0f, 0}.data(), &st);
@@ -279,18 +232,14 @@ TEST(FirInt16, StateAccessAndEdges) {
   EXPECT_GE(f, 1);
   // ryxwFirl refuses a multirate state; the block form runs it.
   clearReports();
-  RyxFirTapState mts{};
-  RyxFirDlyState mds{};
-  std::vector<float> mt = unity;
-  short mline[2] = {}, mout[2];
-  ryxwFirlInitMr(mt.data(), 3, 2, 0, 1, 0, &mts);
-  ryxwFirlInitDlyl(&mts, mline, &mds);
+  own = unity;
+  ryxwFirlInitMr(own.data(), 3, 2, 0, 1, 0, &mts);
+  ryxwFirlInitDlyl(&mts, line, &mds);
   ryxwFirlSetDlyl(&mts, nullptr, &mds);
   ryxwFirl(&mts, &mds, 1, 0, nullptr);
+  ryxwbFirl(&mts, &mds, small, out, 1, 0, nullptr);
   ASSERT_EQ(reports().size(), 1u);
   EXPECT_EQ(reports()[0].context, "MultiRate filter");
-  ryxwbFirl(&mts, &mds, small, mout, 1, 0, nullptr);
-  EXPECT_EQ(reports().size(), 1u);
   ryxFirFree(&st);
 }
 

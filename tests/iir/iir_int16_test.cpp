@@ -6,34 +6,17 @@
 // narrowed as floats. Streams in random blocks; both forms must agree.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <functional>
-#include <random>
-#include <vector>
-
 #include "alloc_failure.h"
 #include "iir_support.h"
+#include "../fir/int16_model.h"
 #include "ryxcore/filter_int16.h"
 
 namespace {
 
-using i64 = long long;
+using namespace int16model;
 using i32 = std::int32_t;
 
-short sat(i64 v) { return static_cast<short>(std::clamp<i64>(v, -32768, 32767)); }
-i32 wrap32(i64 v) { return static_cast<i32>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(v))); }
 short fix(float v, int bits) { return static_cast<short>(std::nearbyint(std::ldexp(static_cast<double>(v), bits))); }
-int tapExp(const std::vector<float>& t) {
-  long double s = 0;
-  for (float v : t) s += std::fabs(static_cast<long double>(v));
-  int e = 0;
-  if (!(s > 0)) return 0;
-  for (; s > 32767; s /= 2) --e;
-  for (; 2 * s < 32767; s *= 2) ++e;
-  return e;
-}
 float mulF(float a, float b) { return static_cast<float>(static_cast<double>(a) * b); }
 
 // Arbitrary order: b[0..order], then -a[1..order] quantised.
@@ -111,22 +94,6 @@ std::vector<float> randomArb(std::mt19937& rng, int order) {
   return t;
 }
 
-std::vector<short> randomSamples(std::mt19937& rng, size_t n, int amp) {
-  std::uniform_int_distribution<int> d(-amp, amp);
-  std::vector<short> x(n);
-  for (short& s : x) s = static_cast<short>(d(rng));
-  return x;
-}
-
-// Random block lengths over a stream; `call` filters one block.
-void inBlocks(std::mt19937& rng, size_t total, const std::function<void(size_t, int)>& call) {
-  for (size_t in = 0; in < total;) {
-    const int n = std::min<int>(std::uniform_int_distribution<int>(1, 40)(rng), static_cast<int>(total - in));
-    call(in, n);
-    in += n;
-  }
-}
-
 TEST(IirInt16, ArbitraryOrderMatchesModel) {
   std::mt19937 rng(1663);
   const int modes[][2] = {{0, 0}, {1, 0}, {2, 2}, {3, -1}, {2, 0}, {3, 20}, {4, 0}, {6, 1}};
@@ -149,20 +116,20 @@ TEST(IirInt16, ArbitraryOrderMatchesModel) {
         ryxwIirInit(0, taps.data(), order, &st1);
         const std::vector<short> x = randomSamples(rng, 160, amp);
         std::vector<i32> d(order), d1(order), dh(order);
-        inBlocks(rng, x.size(), [&](size_t in, int n) {
+        inBlocks(rng, x.size(), 40, [&](size_t in, int n) {
           const std::vector<short> xs(x.begin() + in, x.begin() + in + n);
           std::vector<short> got(n), high(n);
           int f = sf, fh = sf, fm = 0;
           ryxwbIirl(&ts, &ds, xs.data(), got.data(), n, mode, &f);
           ASSERT_EQ(got, runArb(a, d, xs, mode, sf, false, &fm)) << "block at " << in;
-          if (mode >= 4) EXPECT_EQ(f, fm);
+          if (mode >= 4) { EXPECT_EQ(f, fm); }
           ryxwbIir(&st, xs.data(), high.data(), n, mode, &fh);
           ASSERT_EQ(high, got);
           for (int i = 0; i < n; ++i) {
             int f1 = sf;
             const short y = ryxwIirl(&ts, &ds1, xs[i], mode, &f1);
             ASSERT_EQ(y, runArb(a, d1, {xs[i]}, mode, sf, true, &fm)[0]) << "sample " << in + i;
-            if (mode == 4) EXPECT_EQ(f1, fm);
+            if (mode == 4) { EXPECT_EQ(f1, fm); }
             int fh1 = sf;
             ASSERT_EQ(ryxwIir(&st1, xs[i], mode, &fh1), y);
           }
@@ -241,7 +208,7 @@ TEST(IirInt16, CascadeMatchesModel) {
       const std::vector<short> x = randomSamples(rng, 120, 20000);
       std::vector<short> di(2 * q);
       std::vector<float> df(2 * q);
-      inBlocks(rng, x.size(), [&](size_t in, int n) {
+      inBlocks(rng, x.size(), 40, [&](size_t in, int n) {
         std::vector<short> got(n), high(n), want(n);
         std::vector<float> ys;
         int f = 0, fh = 0;
@@ -260,7 +227,7 @@ TEST(IirInt16, CascadeMatchesModel) {
         }
         ASSERT_EQ(got, want) << "block at " << in;
         ASSERT_EQ(high, got);
-        if (mode == 4) EXPECT_EQ(f, fm);
+        if (mode == 4) { EXPECT_EQ(f, fm); }
         for (int i = 0; i < n && mode == 0; ++i) EXPECT_EQ(got[i] % 2, 0);
       });
       ryxIirFree(&st);
