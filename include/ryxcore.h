@@ -117,5 +117,6 @@ enum RyxTransformFlag {
 #include "ryxcore/adaptive.h"
 #include "ryxcore/rate.h"
 #include "ryxcore/correlate.h"
+#include "ryxcore/filter_int16.h"
 
 #endif /* RYXCORE_H */

@@ -447,6 +447,8 @@ Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt, int recor
     for (auto& [release, record] : c.releases) release(record);
     for (RyxFirState* st : c.liveStates)
       if (st->initMark == st) ryxFirFree(st);
+    for (RyxIirState* st : c.liveIirStates)
+      if (st->initMark == 31725) ryxIirFree(st);
     ryxFreeThreadTables();
   }
   ryxRedirectError(previous);

@@ -116,6 +116,7 @@ class Case {
   std::vector<std::unique_ptr<Block>> blocks;
   std::vector<RyxFirState*> liveStates;  // released at the end of the case
   std::vector<std::pair<void (*)(void*), void*>> releases;  // other records' release calls, run at the end
+  std::vector<RyxIirState*> liveIirStates;  // the same for IIR records
   bool initRow = false;                  // a set-up routine: NoMem may leave its record dead
   int recordKind = -1;                   // when set: the kind of high-level record to build
 
