@@ -446,6 +446,7 @@ Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt, int recor
     }
     for (RyxFirState* st : c.liveStates)
       if (st->initMark == st) ryxFirFree(st);
+    for (const auto& release : c.atEnd) release();
     ryxFreeThreadTables();
   }
   ryxRedirectError(previous);

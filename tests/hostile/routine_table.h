@@ -30,6 +30,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <string>
 #include <tuple>
@@ -115,6 +116,7 @@ class Case {
   std::uint8_t vals[kMaxArgs][16] = {};
   std::vector<std::unique_ptr<Block>> blocks;
   std::vector<RyxFirState*> liveStates;  // released at the end of the case
+  std::vector<std::function<void()>> atEnd;  // other families' releases, run at the end of the case
   bool initRow = false;                  // a set-up routine: NoMem may leave its record dead
   int recordKind = -1;                   // when set: the kind of high-level record to build
 
