@@ -7,6 +7,8 @@
 // record and *len_dec as they were and frees what was taken. The d form of
 // a built-in set points at the constant tables; the s and w forms keep
 // float copies; the caller's filters are always copied.
+#include <algorithm>
+#include <climits>
 #include <cstring>
 #include <type_traits>
 
@@ -112,7 +114,7 @@ RyxStatus build(const Site& site, RyxWtState* st, int wtType, int par1, int par2
                 const Filters<Src>& f, int len, int level, int* lenDec) {
   using Tap = typename Form<T>::Tap;
   int levelLen[33] = {len};
-  int total = 0;
+  std::int64_t total = 0;  // beyond 32 bits only for lengths no working array can hold
   for (int i = 1; i <= level; ++i) {
     levelLen[i] = static_cast<int>((std::int64_t{levelLen[i - 1]} + 1) >> 1);
     total += levelLen[i];
@@ -133,8 +135,10 @@ RyxStatus build(const Site& site, RyxWtState* st, int wtType, int par1, int par2
     for (int k = 0; k < f.len[i]; ++k) c[k] = static_cast<Tap>(f.taps[i][k]);
     taken[i] = taps[i] = c;
   }
-  const std::uint64_t count = workCount(Form<T>::core, len, total, maxFilt);
-  void* work = count * sizeof(Tap) > 0xFFFFFFFFu ? nullptr : alignedAlloc(static_cast<std::uint32_t>(count), sizeof(Tap));
+  const int lenDecOf = static_cast<int>(std::min<std::int64_t>(total, INT_MAX));
+  const std::uint64_t count = workCount(Form<T>::core, len, lenDecOf, maxFilt);
+  const bool fits = total <= INT_MAX && count * sizeof(Tap) <= 0xFFFFFFFFu;
+  void* work = fits ? alignedAlloc(static_cast<std::uint32_t>(count), sizeof(Tap)) : nullptr;
   if (work == nullptr) return noMem(site, taken, 4);
 
   std::memset(st, 0, sizeof *st);
@@ -151,9 +155,9 @@ RyxStatus build(const Site& site, RyxWtState* st, int wtType, int par1, int par2
     st->tapFilt[i] = taps[i];
   }
   st->work = work;
-  st->lenDec = total;
+  st->lenDec = lenDecOf;
   std::memcpy(st->levelLen, levelLen, sizeof levelLen);
-  *lenDec = total;
+  *lenDec = lenDecOf;
   return RYX_StsOk;
 }
 
