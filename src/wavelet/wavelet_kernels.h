@@ -74,14 +74,27 @@ void recGeneral(const T* lo, const T* hi, int n, int m, const Bank<F>& b, T* y, 
     base[f] = e - from;
     e += to - from;
   }
-  for (int k = 0; k < m; ++k) {
-    double s = 0;
+  // Outputs of one parity r use the taps of parity r + o, in steps of 2,
+  // each one input further back.
+  for (int r = 0; r < 2 && r < m; ++r) {
+    const F* g[2];
+    const T* v[2];
+    int count[2];
     for (int f = 0; f < 2; ++f) {
-      const F* g = b.taps[2 + f];
-      const int len = b.len[2 + f], at = k + b.ofs[2 + f];
-      for (int t = at & 1; t < len; t += 2) s += double(g[t]) * double(base[f][(at - t) / 2]);
+      const int first = (r + b.ofs[2 + f]) & 1;
+      g[f] = b.taps[2 + f] + first;
+      count[f] = (b.len[2 + f] - first + 1) / 2;
+      v[f] = base[f] + (r + b.ofs[2 + f] - first) / 2;
     }
-    y[k] = T(s);
+    const F *gLo = g[0], *gHi = g[1];
+    const T *vLo = v[0], *vHi = v[1];
+    const int nLo = count[0], nHi = count[1];
+    for (int k = r, q = 0; k < m; k += 2, ++q) {
+      double s = 0;
+      for (int u = 0; u < nLo; ++u) s += double(gLo[2 * u]) * double(vLo[q - u]);
+      for (int u = 0; u < nHi; ++u) s += double(gHi[2 * u]) * double(vHi[q - u]);
+      y[k] = T(s);
+    }
   }
 }
 

@@ -25,10 +25,6 @@ struct P<double> {
   using Tap = double;
   static constexpr int core = 2;
   static constexpr auto initLen = ryxdWtInitLen;
-  static constexpr auto init = ryxdWtInit;
-  static constexpr auto initUser = ryxdWtInitUserFilter;
-  static constexpr auto setState = ryxdWtSetState;
-  static constexpr auto getState = ryxdWtGetState;
   static constexpr auto dec = ryxdWtDecompose;
   static constexpr auto rec = ryxdWtReconstruct;
   static constexpr const char* prefix = "ryxd";
@@ -39,10 +35,6 @@ struct P<float> {
   using Tap = float;
   static constexpr int core = 1;
   static constexpr auto initLen = ryxsWtInitLen;
-  static constexpr auto init = ryxsWtInit;
-  static constexpr auto initUser = ryxsWtInitUserFilter;
-  static constexpr auto setState = ryxsWtSetState;
-  static constexpr auto getState = ryxsWtGetState;
   static constexpr auto dec = ryxsWtDecompose;
   static constexpr auto rec = ryxsWtReconstruct;
   static constexpr const char* prefix = "ryxs";
@@ -53,10 +45,6 @@ struct P<short> {
   using Tap = float;
   static constexpr int core = 4;
   static constexpr auto initLen = ryxwWtInitLen;
-  static constexpr auto init = ryxwWtInit;
-  static constexpr auto initUser = ryxwWtInitUserFilter;
-  static constexpr auto setState = ryxwWtSetState;
-  static constexpr auto getState = ryxwWtGetState;
   static constexpr auto dec = ryxwWtDecompose;
   static constexpr auto rec = ryxwWtReconstruct;
   static constexpr const char* prefix = "ryxw";
