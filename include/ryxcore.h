@@ -118,5 +118,6 @@ enum RyxTransformFlag {
 #include "ryxcore/rate.h"
 #include "ryxcore/correlate.h"
 #include "ryxcore/filter_int16.h"
+#include "ryxcore/wavelet.h"
 
 #endif /* RYXCORE_H */

@@ -449,6 +449,7 @@ Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt, int recor
       if (st->initMark == st) ryxFirFree(st);
     for (RyxIirState* st : c.liveIirStates)
       if (st->initMark == 31725) ryxIirFree(st);
+    for (const auto& release : c.atEnd) release();
     ryxFreeThreadTables();
   }
   ryxRedirectError(previous);

@@ -30,6 +30,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <string>
 #include <tuple>
@@ -117,6 +118,7 @@ class Case {
   std::vector<RyxFirState*> liveStates;  // released at the end of the case
   std::vector<std::pair<void (*)(void*), void*>> releases;  // other records' release calls, run at the end
   std::vector<RyxIirState*> liveIirStates;  // the same for IIR records
+  std::vector<std::function<void()>> atEnd;  // other families' releases, run at the end of the case
   bool initRow = false;                  // a set-up routine: NoMem may leave its record dead
   int recordKind = -1;                   // when set: the kind of high-level record to build
 
