@@ -115,5 +115,6 @@ enum RyxTransformFlag {
 #include "ryxcore/generate.h"
 #include "ryxcore/iir.h"
 #include "ryxcore/adaptive.h"
+#include "ryxcore/transform_int16.h"
 
 #endif /* RYXCORE_H */

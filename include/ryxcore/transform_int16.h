@@ -46,6 +46,50 @@ RYXAPI void ryxvrFft(short* reSamps, short* imSamps, int order, int flags, int s
 RYXAPI void ryxvrFftNip(const short* reInSamps, const short* imInSamps, short* reOutSamps, short* imOutSamps,
                         int order, int flags, int scaleMode, int* scaleFactor);
 
+/* Real signals and packed spectra, layouts as in transform.h: RealFft reads
+ * N real samples and writes RCCs (N+2 values; in place the array needs
+ * room for N+2), CcsFft reads RCCs and writes N samples; the l forms use
+ * RCPack or RCPerm (one of RYX_RCPackOut, RYX_RCPermOut for RealFftl, one
+ * of RYX_RCPackIn, RYX_RCPermIn for CcsFftl). Orders 0 and 1 of the
+ * integer side are computed directly with 32-bit sums. */
+RYXAPI void ryxwRealFftl(short* samps, int order, int flags, int scaleMode, int* scaleFactor);
+RYXAPI void ryxwRealFftlNip(const short* inSamps, short* outSamps, int order, int flags, int scaleMode,
+                            int* scaleFactor);
+RYXAPI void ryxwRealFft(short* samps, int order, int flags, int scaleMode, int* scaleFactor);
+RYXAPI void ryxwRealFftNip(const short* inSamps, short* outSamps, int order, int flags, int scaleMode,
+                           int* scaleFactor);
+RYXAPI void ryxwCcsFftl(short* samps, int order, int flags, int scaleMode, int* scaleFactor);
+RYXAPI void ryxwCcsFftlNip(const short* inSamps, short* outSamps, int order, int flags, int scaleMode,
+                           int* scaleFactor);
+RYXAPI void ryxwCcsFft(short* samps, int order, int flags, int scaleMode, int* scaleFactor);
+RYXAPI void ryxwCcsFftNip(const short* inSamps, short* outSamps, int order, int flags, int scaleMode,
+                          int* scaleFactor);
+
+/* Two signals: the float side (RYX_FloatCore, or order 8 and up without
+ * RYX_IntCore) transforms both with one common factor under auto scaling;
+ * the integer side runs the one-signal form on x, then on y (each writes
+ * the factor, so y's stands). The result is the stored status; a failure
+ * inside adds a trace report. */
+RYXAPI RyxStatus ryxwReal2Fft(short* xSamps, short* ySamps, int order, int flags, int scaleMode, int* scaleFactor);
+RYXAPI RyxStatus ryxwReal2FftNip(const short* xInSamps, short* xOutSamps, const short* yInSamps, short* yOutSamps,
+                                 int order, int flags, int scaleMode, int* scaleFactor);
+RYXAPI RyxStatus ryxwCcs2Fft(short* xSamps, short* ySamps, int order, int flags, int scaleMode, int* scaleFactor);
+RYXAPI RyxStatus ryxwCcs2FftNip(const short* xInSamps, short* xOutSamps, const short* yInSamps, short* yOutSamps,
+                                int order, int flags, int scaleMode, int* scaleFactor);
+
+/* Products of packed 16-bit spectra (N values): Mpy..2 dst = dst*src,
+ * Mpy..3 dst = srcA*srcB. The complex part goes through ryxvbMpy2/3 with
+ * the same mode and factor (modes by exact value: 4 auto, 2 and 3 fixed,
+ * 1 saturate, 0 wrap); the two real values use the same mode, except that
+ * a fixed right shift rounds half up. Under auto scaling one factor holds
+ * for the whole spectrum. */
+RYXAPI void ryxwMpyRCPack2(const short* src, short* dst, int order, int scaleMode, int* scaleFactor);
+RYXAPI void ryxwMpyRCPerm2(const short* src, short* dst, int order, int scaleMode, int* scaleFactor);
+RYXAPI void ryxwMpyRCPack3(const short* srcA, const short* srcB, short* dst, int order, int scaleMode,
+                           int* scaleFactor);
+RYXAPI void ryxwMpyRCPerm3(const short* srcA, const short* srcB, short* dst, int order, int scaleMode,
+                           int* scaleFactor);
+
 #ifdef __cplusplus
 }
 #endif
