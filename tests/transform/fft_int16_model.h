@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <map>
+#include <utility>
 #include <vector>
 
 #include "fft_reference.h"
@@ -27,12 +29,21 @@ inline std::int64_t low16(std::int64_t v) { return static_cast<std::int16_t>(sta
 inline int guard(int order) { return order < 10 ? 16 - order : 6; }
 
 // (c, s) of W_n^k: Q14 rounded half away from zero, or truncated toward
-// zero (the fast core's W_1024^k, exact at the quarter turns).
+// zero (the fast core's W_1024^k, exact at the quarter turns). Rows are
+// computed once per (n, kind) and kept: the sweeps ask for them often.
 inline void q14(std::int64_t k, std::int64_t n, int& c, int& s, bool truncated = false) {
-  const long double a = 2 * ryxtest::kPiL * static_cast<long double>(k) / static_cast<long double>(n);
-  c = static_cast<int>(truncated ? 16384 * cosl(a) : llroundl(16384 * cosl(a)));
-  s = static_cast<int>(truncated ? 16384 * sinl(a) : llroundl(16384 * sinl(a)));
-  if (truncated && 4 * k % n == 0) c = k == 0 ? 16384 : 2 * k == n ? -16384 : 0, s = 4 * k == n ? 16384 : 4 * k == 3 * n ? -16384 : 0;
+  static std::map<std::pair<std::int64_t, bool>, std::vector<std::pair<int, int>>> rows;
+  auto& row = rows[{n, truncated}];
+  if (row.empty())
+    for (std::int64_t j = 0; j < n; ++j) {
+      const long double a = 2 * ryxtest::kPiL * static_cast<long double>(j) / static_cast<long double>(n);
+      int cj = static_cast<int>(truncated ? 16384 * cosl(a) : llroundl(16384 * cosl(a)));
+      int sj = static_cast<int>(truncated ? 16384 * sinl(a) : llroundl(16384 * sinl(a)));
+      if (truncated && 4 * j % n == 0)
+        cj = j == 0 ? 16384 : 2 * j == n ? -16384 : 0, sj = 4 * j == n ? 16384 : 4 * j == 3 * n ? -16384 : 0;
+      row.emplace_back(cj, sj);
+    }
+  c = row[static_cast<std::size_t>(k)].first, s = row[static_cast<std::size_t>(k)].second;
 }
 
 // (re, im) times c - i s. 32-bit: x*w over 2^14 by halves, the unsigned

@@ -245,7 +245,7 @@ TEST(Int16Fft, AllCoresAreCloseToTheExactDft) {
                              : runComplex(x, order, dir | core, mode, &factor);
           std::vector<ryxtest::LCplx> lx(n);
           for (std::size_t i = 0; i < n; ++i) lx[i] = real ? ryxtest::LCplx(x[i]) : ryxtest::LCplx(x[2 * i], x[2 * i + 1]);
-          const auto ref = ryxtest::naiveDft(lx, dir == F ? -1 : 1);
+          const auto ref = ryxtest::referenceFft(lx, dir == F ? -1 : 1);
           const long double unit = ldexpl(1.0L, factor), div = dir == I ? n : 1;
           long double peak = 0, err = 0;
           for (std::size_t k = 0; k < (real ? n / 2 + 1 : n); ++k) {
