@@ -119,5 +119,6 @@ enum RyxTransformFlag {
 #include "ryxcore/correlate.h"
 #include "ryxcore/filter_int16.h"
 #include "ryxcore/wavelet.h"
+#include "ryxcore/transform_int16.h"
 
 #endif /* RYXCORE_H */
