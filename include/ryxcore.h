@@ -115,5 +115,6 @@ enum RyxTransformFlag {
 #include "ryxcore/generate.h"
 #include "ryxcore/iir.h"
 #include "ryxcore/adaptive.h"
+#include "ryxcore/transform_any_length.h"
 
 #endif /* RYXCORE_H */
