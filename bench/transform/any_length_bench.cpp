@@ -7,8 +7,8 @@
 //   apt-get install libfftw3-dev libspandsp-dev
 //   cmake -S . -B build/bench -DRYX_BENCH=ON -DRYX_TESTS=OFF -DRYX_EXAMPLES=OFF
 //   cmake --build build/bench --target bench_transform -j2
-//   build/bench/bench_transform --benchmark_filter='Dft|Dct|Goertz' --benchmark_repetitions=5 \
-//       --benchmark_format=json > run.json
+//   build/bench/bench_transform --benchmark_filter='Dft|Dct|Goertz' --benchmark_repetitions=5
+//     --benchmark_format=json > run.json
 //   bench/ratios.py run.json
 #include <benchmark/benchmark.h>
 
@@ -23,6 +23,7 @@
 #endif
 #if defined(RYX_HAVE_SPANDSP)
 #include <spandsp/telephony.h>
+#include <spandsp/complex.h>
 #include <spandsp/tone_detect.h>
 #endif
 
