@@ -13,22 +13,18 @@
 namespace {
 
 TEST(AnyLengthChecks, FirstFailingCheckReportsItsText) {
-  SCplx c[4] = {}, cOut[4] = {};
+  SCplx c[4] = {}, cOut[4] = {}, val{};
   DCplx z[4] = {}, zOut[4] = {};
   WCplx v[4] = {}, vOut[4] = {};
   float s[4] = {}, sOut[4] = {};
   double d[4] = {}, dOut[4] = {};
   short w[4] = {}, wOut[4] = {};
   int f = 0, big = 15, low = -15;
-  RyxGoertzF32State g{}, gBefore{};
+  RyxGoertzF32State g{};
   RyxGoertzF64State g64{};
-  SCplx val{};
-  const char* kDft = "ryxdft";
-  const char* kGl = "ryxgrtzl";
-  const char* kGw = "ryxgrtzw";
-  const char* kDct = "ryxdct";
+  const char *kDft = "ryxdft", *kGl = "ryxgrtzl", *kGw = "ryxgrtzw", *kDct = "ryxdct";
   ryxsGoertzInit(0.1f, &g);
-  gBefore = g;
+  const RyxGoertzF32State gBefore = g;
   const std::vector<ryxtest::CheckCase> cases = {
       RYX_CHECK_CASE(kDft, "length<=0", ryxcDft(c, cOut, 0, RYX_Forward)),
       RYX_CHECK_CASE(kDft, "src==0", ryxzDft(nullptr, zOut, 3, RYX_Forward)),
@@ -68,8 +64,7 @@ TEST(AnyLengthChecks, FirstFailingCheckReportsItsText) {
   // Accepted edges: 14 and -14, mode 0 without a factor, mode 7 writes nothing.
   ryxtest::ReportCapture capture;
   int edge[2] = {14, -14};
-  ryxwGoertz(&g, 1, 3, &edge[0]);
-  ryxwGoertz(&g, 1, 3, &edge[1]);
+  ryxwGoertz(&g, 1, 3, &edge[0]), ryxwGoertz(&g, 1, 3, &edge[1]);
   ryxvGoertz(&g, WCplx{1, 2}, 0, nullptr);
   vOut[0].re = 9;
   ryxvDft(v, vOut, 5, RYX_Forward, 7, nullptr);

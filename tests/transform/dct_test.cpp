@@ -25,7 +25,7 @@ std::vector<LD> reference(const std::vector<T>& x, bool forward) {
   for (int e = 0; e < 4 * n; ++e) cosTbl[e] = std::cos(kPi * e / (2 * n));
   for (int k = 0; k < n; ++k) {
     for (int i = 0; i < n; ++i) {
-      const LD c = cosTbl[(2 * i + 1) * static_cast<long>(k) % (4 * n)];
+      const LD c = cosTbl[(2 * i + 1) * static_cast<long long>(k) % (4 * n)];
       const LD a = k == 0 ? 1 / std::sqrt(static_cast<LD>(n)) : std::sqrt(2 / static_cast<LD>(n));
       if (forward) y[k] += a * x[i] * c;
       else y[i] += a * x[k] * c;
@@ -54,7 +54,7 @@ TYPED_TEST(DctTest, OrthonormalWithinBoundInPlaceAndRoundTrip) {
   const double eps = std::numeric_limits<T>::epsilon();
   std::vector<int> lengths;
   for (int n = 1; n <= 33; ++n) lengths.push_back(n);
-  for (int n : {64, 100, 128, 1000, 1024, 4096}) lengths.push_back(n);
+  for (int n : {64, 100, 128, 1000, 1024}) lengths.push_back(n);
   ryxtest::Random rnd(21);
   for (int n : lengths) {
     SCOPED_TRACE(n);
