@@ -120,5 +120,6 @@ enum RyxTransformFlag {
 #include "ryxcore/filter_int16.h"
 #include "ryxcore/wavelet.h"
 #include "ryxcore/transform_int16.h"
+#include "ryxcore/transform_any_length.h"
 
 #endif /* RYXCORE_H */
