@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdio>
+#include <cstdlib>
 #include <map>
 
 #include "alloc_failure.h"
@@ -432,6 +434,11 @@ Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt, int recor
       if (b->writable) b->before.assign(b->data, b->data + b->bytes);
 
     seen().clear();
+    if (std::getenv("HOSTILE_TRACE")) {
+      std::fprintf(stderr, "%s", row.name);
+      for (int k = 0; k < n; ++k) std::fprintf(stderr, " %lld/%p", static_cast<long long>(c.ints[k]), c.ptrs[k]);
+      std::fprintf(stderr, "\n");
+    }
     ryxSetErrStatus(RYX_StsOk);
     if (failAt > 0) {
       ryxtest::FailAllocation fail(failAt);
