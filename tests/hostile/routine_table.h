@@ -197,7 +197,7 @@ void buildDlyState(Case& c, int arg);
 
 template <class S, class H>
 ArgRule firState() {
-  return {Role::kRecord, nullptr, nullptr, -1, buildFirState<S, H>};
+  return {Role::kRecord, nullptr, nullptr, -1, buildFirState<S, H>, "Null state pointer", "Must have been initialized"};
 }
 template <class S, class H>
 ArgRule firStateForInit() {
