@@ -64,6 +64,7 @@ struct ArgRule {
   // that is not live (never initialised or freed).
   const char* nullText = nullptr;
   const char* deadText = nullptr;
+  bool refusable = true;  // records: some drawn record can be refused
 };
 
 // Bytes of one case; zeros once used up.
@@ -228,12 +229,12 @@ Block* recordBlock(Case& c, int arg, std::size_t bytes);
 // live or dead record still owns); marked kinds also `kMarkAt`, `kMarkLen`
 // (the mark's bytes) and `static void free(R*)` (or `kFreeable` false).
 //
-// Records the caller keeps valid (no mark to judge them by): null, or live
-// (zeroed for an Init row).
-template <class K, bool ForInit>
+// Records the caller keeps valid (no mark to judge them by): null (unless
+// the routine does not test for it), or live (zeroed for an Init row).
+template <class K, bool ForInit, bool NullOk>
 void buildKept(Case& c, int arg) {
   if (ForInit) c.initRow = true;
-  if (c.recordKind == 0 || (!c.valid && c.recordKind < 0 && c.in().byte() % 6 == 0)) {
+  if (NullOk && (c.recordKind == 0 || (!c.valid && c.recordKind < 0 && c.in().byte() % 6 == 0))) {
     c.ptrs[arg] = nullptr;
     return;
   }
@@ -241,9 +242,11 @@ void buildKept(Case& c, int arg) {
   if (!ForInit) K::make(c, r);
   c.releases.push_back([r] { K::atEnd(r); });
 }
-template <class K, bool ForInit = false>
+template <class K, bool ForInit = false, bool NullOk = true>
 ArgRule kept() {
-  return {Role::kRecord, nullptr, nullptr, -1, buildKept<K, ForInit>};
+  ArgRule a{Role::kRecord, nullptr, nullptr, -1, buildKept<K, ForInit, NullOk>};
+  a.refusable = NullOk;
+  return a;
 }
 
 // Marked records: null, zeroed, random bytes (mark spoiled), freed (random
