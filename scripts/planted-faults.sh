@@ -20,7 +20,7 @@ export CCACHE_DIR=${CCACHE_DIR:-$HOME/.cache/ryxcore-ccache} CCACHE_BASEDIR=$tre
 cmake -S "$tree" -B "$work/build" -DRYX_EXAMPLES=OFF >"$work/cmake.log" 2>&1 || { cat "$work/cmake.log"; exit 1; }
 exec python3 - "$tree" "$work/build" "${1:-}" <<'PY'
 import subprocess, sys, time
-tree, build, only = sys.argv[1], sys.argv[2], sys.argv[3]
+tree, bdir, only = sys.argv[1], sys.argv[2], sys.argv[3]
 
 # name, file under src/, text, replacement, test program
 FAULTS = [
@@ -108,7 +108,7 @@ def run(cmd, **kw):
     return subprocess.run(cmd, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **kw)
 
 def build(target):
-    return run(["cmake", "--build", build, "-j2", "--target", target, "ryxcore"])
+    return run(["cmake", "--build", bdir, "-j2", "--target", target, "ryxcore"])
 
 caught = missed = 0
 start = time.time()
@@ -127,7 +127,7 @@ for name, rel, old, new, target in FAULTS:
             print(f"NOBUILD {name}: the planted fault does not compile")
             print(b.stdout[-2000:])
             continue
-        t = run([f"{build}/{target}"], cwd=build, timeout=600)
+        t = run([f"{bdir}/{target}"], cwd=bdir, timeout=600)
         if t.returncode != 0:
             caught += 1
             print(f"caught  {name} ({target})")
