@@ -4,21 +4,32 @@
 # file of a private copy of the tree (build/faults/tree); only the library
 # and the one test program that covers it are rebuilt (the compiler cache
 # keeps the rest), and only that program runs.
-#   scripts/planted-faults.sh [name-filter]
+#   scripts/planted-faults.sh [part of a fault's name, or a test program]
 # Prints one line per fault (caught / MISSED) and the totals; exits 0.
 set -uo pipefail
 cd "$(dirname "$0")/.."
 root=$PWD
-work=${RYX_BUILD_ROOT:-build}/faults
-mkdir -p "$work"
-work=$(cd "$work" && pwd)
-tree=$work/tree
-rm -rf "$tree" && mkdir -p "$tree"
-cp -r CMakeLists.txt cmake include src tests "$tree"/
-[ -d bench ] && cp -r bench "$tree"/
-export CCACHE_DIR=${CCACHE_DIR:-$HOME/.cache/ryxcore-ccache} CCACHE_BASEDIR=$tree CCACHE_NOHASHDIR=1
-cmake -S "$tree" -B "$work/build" -DRYX_EXAMPLES=OFF >"$work/cmake.log" 2>&1 || { cat "$work/cmake.log"; exit 1; }
-exec python3 - "$tree" "$work/build" "${1:-}" <<'PY'
+# RYX_FAULTS_IN_PLACE=1 plants the faults in this checkout and builds in
+# build/x64 (every object but the planted one is then up to date; each file
+# is restored after its run). The default copy needs a first build of each
+# test program (the build path is part of their compile flags).
+export CCACHE_DIR=${CCACHE_DIR:-$HOME/.cache/ryxcore-ccache} CCACHE_NOHASHDIR=1
+if [ "${RYX_FAULTS_IN_PLACE:-0}" = 1 ]; then
+  tree=$root
+  bdir=$root/${RYX_BUILD_ROOT:-build}/x64
+else
+  work=${RYX_BUILD_ROOT:-build}/faults
+  mkdir -p "$work"
+  work=$(cd "$work" && pwd)
+  tree=$work/tree
+  bdir=$work/build
+  rm -rf "$tree" && mkdir -p "$tree"
+  cp -rp CMakeLists.txt cmake include src tests "$tree"/
+  [ -d bench ] && cp -rp bench "$tree"/
+fi
+export CCACHE_BASEDIR=$tree
+cmake -S "$tree" -B "$bdir" -DRYX_EXAMPLES=OFF >"$bdir.cmake.log" 2>&1 || { cat "$bdir.cmake.log"; exit 1; }
+exec python3 -u - "$tree" "$bdir" "${1:-}" <<'PY'
 import subprocess, sys, time
 tree, bdir, only = sys.argv[1], sys.argv[2], sys.argv[3]
 
@@ -113,7 +124,7 @@ def build(target):
 caught = missed = 0
 start = time.time()
 for name, rel, old, new, target in FAULTS:
-    if only and only not in name:
+    if only and only not in name and only != target:
         continue
     path = f"{tree}/src/{rel}"
     text = open(path).read()
