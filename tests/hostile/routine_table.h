@@ -256,7 +256,10 @@ template <class K, bool ForInit>
 void buildMarked(Case& c, int arg) {
   using R = typename K::R;
   if (ForInit) c.initRow = true;
-  const int kind = c.recordKind >= 0 ? c.recordKind : c.valid ? (ForInit ? 1 : 4) : c.in().byte() % 6;
+  int kind = c.recordKind >= 0 ? c.recordKind : c.valid ? (ForInit ? 1 : 4) : c.in().byte() % 6;
+  // A set-up that owns arrays wants its record zeroed or freed: random
+  // bytes are the caller's fault there, so they become a freed record.
+  if (ForInit && K::kFreeable && kind == 2) kind = 3;
   if (kind == 0) {
     c.ptrs[arg] = nullptr;
     return;
