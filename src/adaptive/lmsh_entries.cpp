@@ -4,6 +4,11 @@
 // Checks are rows in their documented order; a failed filter returns zero
 // and leaves the record as it was. Init gives up on a failure already stored
 // in the thread's status, as every set-up routine of the filters does.
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
 #include "adaptive/lms_core.h"
 #include "frame/checks.h"
 
@@ -49,11 +54,18 @@ void setUp(const char* name, int lmsType, const H* taps, int tapsLen, const S* d
   ts.step = step;
   ts.errDly = errDly;
   ts.lmsType = lmsType;
-  ds.dlylLen = lineLength(&ts, 1);
+  // Lengths and sizes in 64 bits: taps and error delay near INT_MAX would
+  // wrap, and the allocator takes 32-bit byte counts (a wrapped count gives
+  // a small block), so arrays beyond them are refused as out of memory.
+  const std::int64_t line = std::int64_t{tapsLen} + errDly + (down > 1 ? down : 0);
+  constexpr std::int64_t kMaxBytes = 0xFFFFFFFF;
+  const bool fits = line < INT_MAX && (line + 1) * std::int64_t{sizeof(S)} <= kMaxBytes &&
+                    std::int64_t{tapsLen} * std::int64_t{sizeof(H)} <= kMaxBytes;
+  ds.dlylLen = fits ? static_cast<int>(line) : 0;
   ds.isDlyFilterMode = 0;
   std::memset(&st->errVal, 0, sizeof st->errVal);
-  ts.taps = allocArray<H>(tapsLen);
-  ds.dlyl = allocArray<S>(ds.dlylLen + 1);
+  ts.taps = fits ? allocArray<H>(tapsLen) : nullptr;
+  ds.dlyl = fits ? allocArray<S>(ds.dlylLen + 1) : nullptr;
   if (ts.taps == nullptr || ds.dlyl == nullptr) {
     release(st);
     reportNoMem({name, kStem}, "Problem to allocate memory");
@@ -61,7 +73,7 @@ void setUp(const char* name, int lmsType, const H* taps, int tapsLen, const S* d
   }
   ds.adaptB = 1;
   setTaps(taps, &ts);
-  ownMemset(ds.dlyl, 0, (ds.dlylLen + 1) * static_cast<int>(sizeof(S)));
+  std::memset(ds.dlyl, 0, (static_cast<std::size_t>(ds.dlylLen) + 1) * sizeof(S));
   if (dlyl != nullptr) setDlyl(dlyl, &ds);
   ds.isDlyFilterMode = 1;
 }

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #include "ryxcore.h"
 #include "ryxcore/generate.h"
@@ -39,10 +40,16 @@ inline std::int32_t roundAway(double v) { return static_cast<std::int32_t>(std::
 
 // Truncation toward zero as the processor's conversion does it: out of
 // range and NaN give the integer indefinite 0x80000000.
+// Integer arguments (the 16-bit records' fields) convert as they are: the
+// bounds would not fit their type.
 template <class F>
 std::int32_t truncInt32(F v) {
-  if (!(v > F(-2147483649.0) && v < F(2147483648.0))) return INT32_MIN;
-  return static_cast<std::int32_t>(v);
+  if constexpr (std::is_integral_v<F>) {
+    return static_cast<std::int32_t>(v);
+  } else {
+    if (!(v > F(-2147483649.0) && v < F(2147483648.0))) return INT32_MIN;
+    return static_cast<std::int32_t>(v);
+  }
 }
 
 }  // namespace ryx::gen

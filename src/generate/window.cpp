@@ -61,7 +61,15 @@ inline double mulWide(double x, Wide w) { return static_cast<double>(x * w); }
 inline short mulWide(short x, Wide w) { return roundWrap16(static_cast<double>(x * w)); }
 
 inline short saturate16(std::int64_t v) { return static_cast<short>(v > 32767 ? 32767 : v < -32768 ? -32768 : v); }
-inline short mulQ14(short x, std::int64_t w) { return saturate16((x * w) >> 14); }
+// 64-bit products and sums that wrap instead of overflowing: weights from a
+// huge alpha are meaningless, but computing them must stay defined.
+inline std::int64_t wrapMul(std::int64_t x, std::int64_t y) {
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(x) * static_cast<std::uint64_t>(y));
+}
+inline std::int64_t wrapAdd(std::int64_t x, std::int64_t y) {
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(x) + static_cast<std::uint64_t>(y));
+}
+inline short mulQ14(short x, std::int64_t w) { return saturate16(wrapMul(x, w) >> 14); }
 
 // Weight K - y - B*y*y of the cosine families, y of amplitude a.
 struct Cosine {
@@ -116,7 +124,8 @@ void cosineQ14(const Span<short, P>& s, const Cosine& f) {
   const std::int64_t b = std::llround(16384 * static_cast<double>(f.B * f.a * f.a / 2));
   Rotor one, two;
   for (int k = 0; k < s.n / 2; ++k) {
-    const std::int64_t w = K - ((a * one.c + 16384) >> 15) - ((b * two.c + 16384) >> 15);
+    const std::int64_t w =
+        wrapAdd(wrapAdd(K, -(wrapAdd(wrapMul(a, one.c), 16384) >> 15)), -(wrapAdd(wrapMul(b, two.c), 16384) >> 15));
     s.pair(k, [w](short x) { return mulQ14(x, w); });
     one.turn(cq, sq);
     two.turn(cq2, sq2);
@@ -232,7 +241,7 @@ void windowInPlace(const char* name, T* vec, int n, Family f, double alpha = 0) 
   if (!passFirst({name, kInt16<T> ? "ryxwinw" : "ryxwin"},
                  {{vec == nullptr, kNullBuffer},
                   {n < 3, kBadCount},
-                  {f == Family::Kaiser && (n - 1) * std::fabs(alpha) * 0.5 > 38, "Huge window parameter"}}))
+                  {f == Family::Kaiser && (n - 1.0) * std::fabs(alpha) * 0.5 > 38, "Huge window parameter"}}))
     return;
   using R = typename PartsOf<T>::R;
   apply(Span<R, PartsOf<T>::P>{reinterpret_cast<const R*>(vec), reinterpret_cast<R*>(vec), n}, f, alpha, true);
@@ -244,7 +253,7 @@ void windowTwoBuffers(const char* name, const T* src, T* dst, int n, Family f, d
                  {{src == nullptr, kNullBuffer},
                   {dst == nullptr, kNullBuffer},
                   {n < 3, kBadCount},
-                  {f == Family::Kaiser && (n - 1) * std::fabs(alpha) * 0.5 > 38, "Huge window parameter"}}))
+                  {f == Family::Kaiser && (n - 1.0) * std::fabs(alpha) * 0.5 > 38, "Huge window parameter"}}))
     return;
   using R = typename PartsOf<T>::R;
   apply(Span<R, PartsOf<T>::P>{reinterpret_cast<const R*>(src), reinterpret_cast<R*>(dst), n}, f, alpha, false);
@@ -254,7 +263,7 @@ void windowTwoBuffers(const char* name, const T* src, T* dst, int n, Family f, d
 // by cos(pi/2).
 double optimalAlpha(int n) {
   if (n == 3) return -0.25;
-  const double h = 0.5 / std::cos(kPiD / (n - 1));
+  const double h = 0.5 / std::cos(kPiD / (n - 1.0));
   return -(h * h);
 }
 

@@ -9,64 +9,12 @@ namespace {
 
 using ryxtest::ReportCapture;
 
+// The routines of one element type: those of its combination of equal
+// sample and tap types.
 template <class T>
-struct Access;
-template <>
-struct Access<float> {
-  static constexpr auto init = ryxsLmslInitMr;
-  static constexpr auto initDlyl = ryxsLmslInitDlyl;
-  static constexpr auto setDlyl = ryxsLmslSetDlyl;
-  static constexpr auto getDlyl = ryxsLmslGetDlyl;
-  static constexpr auto setTaps = ryxsLmslSetTaps;
-  static constexpr auto getTaps = ryxsLmslGetTaps;
-  static constexpr auto hInit = ryxsLmsInitMr;
-  static constexpr auto hSetDlyl = ryxsLmsSetDlyl;
-  static constexpr auto hGetDlyl = ryxsLmsGetDlyl;
-  static constexpr auto hSetTaps = ryxsLmsSetTaps;
-  static constexpr auto hGetTaps = ryxsLmsGetTaps;
-};
-template <>
-struct Access<double> {
-  static constexpr auto init = ryxdLmslInitMr;
-  static constexpr auto initDlyl = ryxdLmslInitDlyl;
-  static constexpr auto setDlyl = ryxdLmslSetDlyl;
-  static constexpr auto getDlyl = ryxdLmslGetDlyl;
-  static constexpr auto setTaps = ryxdLmslSetTaps;
-  static constexpr auto getTaps = ryxdLmslGetTaps;
-  static constexpr auto hInit = ryxdLmsInitMr;
-  static constexpr auto hSetDlyl = ryxdLmsSetDlyl;
-  static constexpr auto hGetDlyl = ryxdLmsGetDlyl;
-  static constexpr auto hSetTaps = ryxdLmsSetTaps;
-  static constexpr auto hGetTaps = ryxdLmsGetTaps;
-};
-template <>
-struct Access<SCplx> {
-  static constexpr auto init = ryxcLmslInitMr;
-  static constexpr auto initDlyl = ryxcLmslInitDlyl;
-  static constexpr auto setDlyl = ryxcLmslSetDlyl;
-  static constexpr auto getDlyl = ryxcLmslGetDlyl;
-  static constexpr auto setTaps = ryxcLmslSetTaps;
-  static constexpr auto getTaps = ryxcLmslGetTaps;
-  static constexpr auto hInit = ryxcLmsInitMr;
-  static constexpr auto hSetDlyl = ryxcLmsSetDlyl;
-  static constexpr auto hGetDlyl = ryxcLmsGetDlyl;
-  static constexpr auto hSetTaps = ryxcLmsSetTaps;
-  static constexpr auto hGetTaps = ryxcLmsGetTaps;
-};
-template <>
-struct Access<DCplx> {
-  static constexpr auto init = ryxzLmslInitMr;
-  static constexpr auto initDlyl = ryxzLmslInitDlyl;
-  static constexpr auto setDlyl = ryxzLmslSetDlyl;
-  static constexpr auto getDlyl = ryxzLmslGetDlyl;
-  static constexpr auto setTaps = ryxzLmslSetTaps;
-  static constexpr auto getTaps = ryxzLmslGetTaps;
-  static constexpr auto hInit = ryxzLmsInitMr;
-  static constexpr auto hSetDlyl = ryxzLmsSetDlyl;
-  static constexpr auto hGetDlyl = ryxzLmsGetDlyl;
-  static constexpr auto hSetTaps = ryxzLmsSetTaps;
-  static constexpr auto hGetTaps = ryxzLmsGetTaps;
-};
+using Access = std::conditional_t<std::is_same_v<T, float>, SS,
+                                  std::conditional_t<std::is_same_v<T, double>, DD,
+                                                     std::conditional_t<std::is_same_v<T, SCplx>, CC, ZZ>>>;
 
 template <class T>
 class LmsState : public ::testing::Test {};
@@ -85,7 +33,7 @@ TYPED_TEST(LmsState, LineLengthAndOrder) {
       std::vector<T> taps(static_cast<size_t>(sh[0]));
       RyxLmsTapState ts{};
       RyxLmsDlyState ds{};
-      A::init(9, taps.data(), sh[0], 0.5f, 0.25f, sh[1], sh[2], sh[3], &ts);
+      A::initMr(9, taps.data(), sh[0], 0.5f, 0.25f, sh[1], sh[2], sh[3], &ts);
       EXPECT_EQ(ts.isMultiRate, sh[2] > 1 ? 1 : 0);
       EXPECT_EQ(ts.lmsType, 9);
       EXPECT_EQ(ts.upFactor, 1);
@@ -123,7 +71,7 @@ TYPED_TEST(LmsState, OwnLineHandOverAndRefusals) {
   std::vector<T> line(6);
   RyxLmsTapState ts{};
   RyxLmsDlyState ds{};
-  A::init(0, taps.data(), 3, 0.5f, 0.0f, 2, 1, 0, &ts);
+  A::initMr(0, taps.data(), 3, 0.5f, 0.0f, 2, 1, 0, &ts);
   A::initDlyl(&ts, line.data(), 1, &ds);
   const std::vector<T> given = randomArray<T>(r, 4);
   A::setDlyl(&ts, given.data(), &ds);
@@ -157,7 +105,7 @@ TYPED_TEST(LmsState, TapsAccess) {
   ryxtest::Random r(43);
   std::vector<T> taps = randomArray<T>(r, 5);
   RyxLmsTapState ts{};
-  A::init(0, taps.data(), 5, 0.5f, 0.0f, 0, 1, 0, &ts);
+  A::initMr(0, taps.data(), 5, 0.5f, 0.0f, 0, 1, 0, &ts);
   EXPECT_EQ(ts.isFilterMode, 1);
   std::vector<T> got(5);
   A::getTaps(&ts, got.data());
@@ -186,7 +134,7 @@ TYPED_TEST(LmsState, OwnedRecordAccessAndMarks) {
   const std::vector<T> taps = randomArray<T>(r, 4);
   const std::vector<T> hist = randomArray<T>(r, 4 + 1 + 2 - 1);
   RyxLmsState st{};
-  A::hInit(0, taps.data(), 4, hist.data(), 0.5f, 0.0f, 1, 2, 1, &st);
+  A::hInitMr(0, taps.data(), 4, hist.data(), 0.5f, 0.0f, 1, 2, 1, &st);
   ASSERT_EQ(st.dlySt.dlylLen, 7);
   std::vector<T> got(7);
   A::hGetDlyl(&st, got.data());

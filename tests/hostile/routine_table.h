@@ -29,6 +29,7 @@
 #pragma once
 
 #include <cstdint>
+#include <climits>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -46,7 +47,7 @@ class Case;
 using SizeFn = std::int64_t (*)(const Case&);
 
 enum class Role {
-  kLen, kCount, kOrder, kFlags, kFactor, kPhase, kScaleMode, kAnyInt, kValue, kIn, kOut, kInOut, kRecord
+  kLen, kCount, kOrder, kFlags, kEnum, kFactor, kPhase, kScaleMode, kAnyInt, kValue, kIn, kOut, kInOut, kRecord
 };
 
 // A record builder: makes the record for argument `arg` and says whether
@@ -59,6 +60,11 @@ struct ArgRule {
   const int* legal = nullptr;  // flags: legal values, 0-terminated
   int ref = -1;            // phase: the factor's argument; dlyState: the tap state's
   RecordFn record = nullptr;
+  // Marked records: the texts of the refusals of a null record and of one
+  // that is not live (never initialised or freed).
+  const char* nullText = nullptr;
+  const char* deadText = nullptr;
+  bool refusable = true;  // records: some drawn record can be refused
 };
 
 // Bytes of one case; zeros once used up.
@@ -116,9 +122,7 @@ class Case {
   std::uint8_t vals[kMaxArgs][16] = {};
   std::vector<std::unique_ptr<Block>> blocks;
   std::vector<RyxFirState*> liveStates;  // released at the end of the case
-  std::vector<std::pair<void (*)(void*), void*>> releases;  // other records' release calls, run at the end
-  std::vector<RyxIirState*> liveIirStates;  // the same for IIR records
-  std::vector<std::function<void()>> atEnd;  // other families' releases, run at the end of the case
+  std::vector<std::function<void()>> releases;  // other records' releases, run at the end of the case
   bool initRow = false;                  // a set-up routine: NoMem may leave its record dead
   int recordKind = -1;                   // when set: the kind of high-level record to build
 
@@ -144,6 +148,10 @@ inline ArgRule len() { return {Role::kLen}; }
 inline ArgRule count() { return {Role::kCount}; }  // an allocator's count: drawn as a length, never refused
 inline ArgRule order() { return {Role::kOrder}; }
 inline ArgRule flags(const int* legal) { return {Role::kFlags, nullptr, legal}; }
+// A selector with the legal values `legal` (ended by kEnd; zero allowed):
+// mostly one of them, else a small or any value.
+constexpr int kEnd = INT_MIN;
+inline ArgRule choice(const int* legal) { return {Role::kEnum, nullptr, legal}; }
 inline ArgRule factor() { return {Role::kFactor}; }
 template <int K>
 ArgRule phase() {
@@ -190,7 +198,7 @@ void buildDlyState(Case& c, int arg);
 
 template <class S, class H>
 ArgRule firState() {
-  return {Role::kRecord, nullptr, nullptr, -1, buildFirState<S, H>};
+  return {Role::kRecord, nullptr, nullptr, -1, buildFirState<S, H>, "Null state pointer", "Must have been initialized"};
 }
 template <class S, class H>
 ArgRule firStateForInit() {
@@ -213,6 +221,73 @@ template <class S>
 ArgRule dlyState() {
   return {Role::kRecord, nullptr, nullptr, -1, buildDlyState<S>};
 }
+// A writable record block of `bytes` for argument `arg` (zeroed).
+Block* recordBlock(Case& c, int arg, std::size_t bytes);
+
+// Record kinds K describe a record type: `using R`, `static void make(Case&,
+// R*)` (live, from the bytes), `static void atEnd(R*)` (releases what a
+// live or dead record still owns); marked kinds also `kMarkAt`, `kMarkLen`
+// (the mark's bytes) and `static void free(R*)` (or `kFreeable` false).
+//
+// Records the caller keeps valid (no mark to judge them by): null (unless
+// the routine does not test for it), or live (zeroed for an Init row).
+template <class K, bool ForInit, bool NullOk>
+void buildKept(Case& c, int arg) {
+  if (ForInit) c.initRow = true;
+  if (NullOk && (c.recordKind == 0 || (!c.valid && c.recordKind < 0 && c.in().byte() % 6 == 0))) {
+    c.ptrs[arg] = nullptr;
+    return;
+  }
+  auto* r = reinterpret_cast<typename K::R*>(recordBlock(c, arg, sizeof(typename K::R))->data);
+  if (!ForInit) K::make(c, r);
+  c.releases.push_back([r] { K::atEnd(r); });
+}
+template <class K, bool ForInit = false, bool NullOk = true>
+ArgRule kept() {
+  ArgRule a{Role::kRecord, nullptr, nullptr, -1, buildKept<K, ForInit, NullOk>};
+  a.refusable = NullOk;
+  return a;
+}
+
+// Marked records: null, zeroed, random bytes (mark spoiled), freed (random
+// when the kind has no release), or live; an Init row's valid record is
+// zeroed, and it also meets live ones.
+template <class K, bool ForInit>
+void buildMarked(Case& c, int arg) {
+  using R = typename K::R;
+  if (ForInit) c.initRow = true;
+  int kind = c.recordKind >= 0 ? c.recordKind : c.valid ? (ForInit ? 1 : 4) : c.in().byte() % 6;
+  // A set-up that owns arrays wants its record zeroed or freed: random
+  // bytes are the caller's fault there, so they become a freed record.
+  if (ForInit && K::kFreeable && kind == 2) kind = 3;
+  if (kind == 0) {
+    c.ptrs[arg] = nullptr;
+    return;
+  }
+  auto* r = reinterpret_cast<R*>(recordBlock(c, arg, sizeof(R))->data);
+  c.releases.push_back([r] { K::atEnd(r); });
+  if (kind == 1) return;
+  if (kind == 2 || (kind == 3 && !K::kFreeable)) {
+    c.in().fill(r, sizeof(R));
+    std::memset(reinterpret_cast<std::uint8_t*>(r) + K::kMarkAt, 0x5A, K::kMarkLen);
+    return;
+  }
+  K::make(c, r);
+  if (kind == 3) K::free(r);
+}
+template <class K, bool ForInit = false>
+ArgRule marked(const char* nullText, const char* deadText) {
+  ArgRule a{Role::kRecord, nullptr, nullptr, -1, buildMarked<K, ForInit>};
+  if (!ForInit) {
+    a.nullText = nullText;
+    a.deadText = deadText;
+  }
+  return a;
+}
+// Kinds without anything to release.
+template <class T>
+void nothing(T*) {}
+
 // Pointers that are the caller's to keep valid and that no check can
 // judge (texts, report functions): null or a valid one.
 ArgRule text();

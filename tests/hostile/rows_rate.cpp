@@ -71,7 +71,7 @@ void buildSampState(Case& c, int arg) {
   auto* st = reinterpret_cast<SS*>(blk->data);
   std::memset(st, 0, sizeof *st);
   c.ptrs[arg] = st;
-  c.releases.push_back({[](void* p) { ryxSampFree(static_cast<SS*>(p)); }, st});
+  c.releases.push_back([st] { ryxSampFree(st); });
   c.initRow = true;  // a filter set-up refused for memory leaves the embedded filter dead
   if (kind == 2) {
     c.in().fill(st, sizeof *st);

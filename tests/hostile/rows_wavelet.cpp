@@ -74,7 +74,7 @@ void buildForSetUp(Case& c, int k) {
   if (kind == 0) return;
   Block* blk = recordBlock(c, k);
   if (kind == 2) c.in().fill(blk->data, sizeof(WS));
-  c.atEnd.push_back([blk] {
+  c.releases.push_back([blk] {
     if (std::memcmp(blk->data, blk->before.data(), sizeof(WS)) != 0) ryxWtFree(reinterpret_cast<WS*>(blk->data));
   });
 }
@@ -104,7 +104,7 @@ void buildRecord(Case& c, int k) {
   if (which == 1) ryxsWtInitLen(f[1], f[2], len, level, st, f[0], &lenDec);
   else if (which == 2) ryxdWtInitLen(f[1], f[2], len, level, st, f[0], &lenDec);
   else ryxwWtInitLen(f[1], f[2], len, level, st, f[0], &lenDec);
-  c.atEnd.push_back([st] { ryxWtFree(st); });
+  c.releases.push_back([st] { ryxWtFree(st); });
 }
 
 // The caller's filters at arguments k, k+1, k+2: four arrays of 8 taps,

@@ -184,7 +184,9 @@ void buildIirState(Case& c, int arg) {
   auto* st = reinterpret_cast<RyxIirState*>(blk->data);
   std::memset(st, 0, sizeof *st);
   c.ptrs[arg] = st;
-  c.liveIirStates.push_back(st);
+  c.releases.push_back([st] {
+    if (st->initMark == 31725) ryxIirFree(st);
+  });
   if (kind == 1) return;
   if (kind == 2) {
     c.in().fill(st, sizeof *st);
