@@ -470,7 +470,7 @@ Outcome runCase(const Row& row, Bytes& in, bool validOnly, int failAt, int recor
       const std::string& what = seen().empty() ? std::string() : seen()[0].what;
       const bool late = row.lateContext != nullptr && seen().size() == 1 &&
                         what.substr(what.find(": ") + 2) == row.lateContext;
-      const bool mayChange = (c.initRow && o.noMem) || row.partial || late;
+      const bool mayChange = (c.initRow && o.noMem) || (row.fallsBack && o.noMem) || row.partial || late;
       if (o.reported && !mayChange && b.writable && b.bytes > 0 && std::memcmp(b.before.data(), b.data, b.bytes) != 0)
         o.fault = "a failed call changed an array or record (" + o.firstReport + ")";
     }

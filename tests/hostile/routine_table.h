@@ -140,6 +140,7 @@ struct Row {
   bool allocates;  // takes memory from the aligned allocator (or builds tables)
   bool partial = false;  // a failure may come after earlier outputs were written
   const char* lateContext = nullptr;  // a report with this text comes after the outputs
+  bool fallsBack = false;  // short of memory, takes another method (other bits)
 };
 
 // ---- Argument specs ----------------------------------------------------------
@@ -412,6 +413,14 @@ inline Row partial(Row r) {
 // family's zero divisor); every other failure must leave them untouched.
 inline Row reportsLate(Row r, const char* context) {
   r.lateContext = context;
+  return r;
+}
+
+// A row that, when memory fails, quietly takes another method: its result
+// may differ in the last bits, and an inner routine's out-of-memory report
+// may come before outputs are written (2-D filtering).
+inline Row fallsBack(Row r) {
+  r.fallsBack = true;
   return r;
 }
 

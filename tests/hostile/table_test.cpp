@@ -115,7 +115,9 @@ TEST(RoutineTable, SeededHostileArgumentsFindNothing) {
     }
     // A row with a length, order, factor or record to refuse that never
     // refused would mean its arguments are not hostile at all.
-    if (checkable(r)) EXPECT_GT(reported, 0) << r.name;
+    if (checkable(r)) {
+      EXPECT_GT(reported, 0) << r.name;
+    }
   }
 }
 
@@ -183,7 +185,7 @@ TEST(RoutineTable, EveryAllocationFailureIsReportedOrRecoveredWithoutTrace) {
         ASSERT_EQ(o.fault, "") << where;
         if (o.reported) {
           EXPECT_EQ(o.firstStatus, RYX_StsNoMem) << where << ": " << o.firstReport;
-        } else {
+        } else if (!r.fallsBack) {
           EXPECT_EQ(o.digest, ref.digest) << where << " recovered with other results";
         }
         // The same call on the same thread, memory back: as if nothing was.
