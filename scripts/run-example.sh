@@ -27,7 +27,8 @@ echo "   built in $((SECONDS - start)) s"
 # Run in the order of the guide: frame, vector, 16-bit, transforms, FIR,
 # then any example added since.
 order=(errors vector_float vector_int16 statistics_math convert_companding real_fft_tone fast_convolution
-       fir_lowpass fir_decimator iir_biquad lms_identify generate_tone_noise)
+       dft_goertzel_dct convolution_correlation fir_lowpass fir_decimator iir_biquad lms_identify
+       generate_tone_noise resample_median wavelet_roundtrip)
 mapfile -t all < <(cd examples && ls -1 ./*.c | sed 's#^\./##; s#\.c$##')
 for name in "${all[@]}"; do
   [[ " ${order[*]} " == *" $name "* ]] || order+=("$name")
