@@ -170,7 +170,7 @@ void medianGeneral(T* x, int len, int mask, T* sorted, T* fifo) {
 // working arrays and the time by the data rather than by maskSize.
 // 0 when there is nothing to do.
 inline int effectiveMask(int len, int maskSize) {
-  const int odd = maskSize - ((maskSize + 1) & 1);
+  const int odd = (maskSize & 1) != 0 ? maskSize : maskSize - 1;  // no overflow at INT_MAX
   if (odd <= 1 || len < 3) return 0;
   return static_cast<int>(std::min<std::int64_t>(odd, 2 * std::int64_t{len} - 1));
 }

@@ -41,12 +41,13 @@ inline bool scaleChecks(const Site& site, int scaleMode, const int* scaleFactor)
 }
 
 // Everything the thread keeps for transforms of any precision, dropped
-// between the two rounds of a fetch.
-inline void purgeAll() {
+// between the two rounds of a fetch. A caller whose data sits in the
+// integer scratch (the split forms pack into it) keeps that scratch.
+inline void purgeAll(bool keepScratchI = false) {
   ownwFreeFftTbls();
   ownsFreeFftTbls();
   owndFreeFftTbls();
-  ownFreeScratchI();
+  if (!keepScratchI) ownFreeScratchI();
   ownFreeScratchC();
   ownFreeScratchZ();
 }
@@ -55,10 +56,10 @@ inline void purgeAll() {
 // purging everything after a miss; the second miss reports
 // "No working memory".
 template <class Fetch>
-bool fetchTwice(const Site& site, Fetch fetch) {
+bool fetchTwice(const Site& site, Fetch fetch, bool keepScratchI = false) {
   for (int round = 0; round < 2; ++round) {
     if (fetch()) return true;
-    if (round == 0) purgeAll();
+    if (round == 0) purgeAll(keepScratchI);
   }
   reportNoMem(site, "No working memory");
   return false;

@@ -35,7 +35,7 @@ using namespace ryx::fftw;
 const ryx::Site kVFft{"ryxvFft", kStem};
 
 // ryxvFft after its release step. False when the call failed (reported).
-bool complexFft(WCplx* samps, int order, int flags, int scaleMode, int* scaleFactor) {
+bool complexFft(WCplx* samps, int order, int flags, int scaleMode, int* scaleFactor, bool keepScratchI = false) {
   const ryx::Site& site = kVFft;
   if (!headChecks(site, order, flags)) return false;
   if (!(flags & RYX_Init)) {
@@ -71,7 +71,7 @@ bool complexFft(WCplx* samps, int order, int flags, int scaleMode, int* scaleFac
         pairs = ownGetRevPairs(order);
         return pairs != nullptr;
     }
-  });
+  }, keepScratchI);
   if (!ok) return false;
 
   if (core == Core::Float) {
@@ -154,7 +154,7 @@ void splitFft(const ryx::Site& site, const short* reIn, const short* imIn, short
       return;
     }
     ownvSplitPack(reIn, imIn, packed, order);
-    if (complexFft(packed, order, flags, scaleMode, scaleFactor)) ownvSplitUnpack(packed, reOut, imOut, order);
+    if (complexFft(packed, order, flags, scaleMode, scaleFactor, true)) ownvSplitUnpack(packed, reOut, imOut, order);
     return;
   }
   float* re = nullptr;

@@ -96,7 +96,14 @@ TEST(WtSetUp, ByOrderAndRoundTripThroughGetState) {
 // ---- Taps ----
 
 const RyxWtState& doubleRecord(const SetSpec& s) {
-  static std::vector<RyxWtState> records(64);
+  // Kept alive for the references handed out; released at exit.
+  static struct Records {
+    std::vector<RyxWtState> v = std::vector<RyxWtState>(64);
+    ~Records() {
+      for (RyxWtState& r : v) ryxWtFree(&r);
+    }
+  } held;
+  std::vector<RyxWtState>& records = held.v;
   static int used = 0;
   RyxWtState& st = records[used++ % 64];
   ryxWtFree(&st);
