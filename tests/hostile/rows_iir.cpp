@@ -180,9 +180,9 @@ template <class H, void (*F)(int, H*, int, TS*), void (*FBq)(int, H*, int, TS*),
 std::vector<Row> lowSetUp(const char* const names[3], void (*initDlyl)(const TS*, D*, DS*)) {
   const bool tables = std::is_same_v<H, float> || std::is_same_v<H, SCplx>;
   return {
-      tables ? allocating(row(names[0], lowInit<H, F>, choice(kTypesLow), out(arbTaps<2>), len(), out(one)))
+      tables ? storesAddress(allocating(row(names[0], lowInit<H, F>, choice(kTypesLow), out(arbTaps<2>), len(), out(one))))
              : row(names[0], lowInit<H, F>, choice(kTypesLow), out(arbTaps<2>), len(), out(one)),
-      tables ? allocating(row(names[1], lowInit<H, FBq>, choice(kTypesLow), out(bqTaps<2>), len(), out(one)))
+      tables ? storesAddress(allocating(row(names[1], lowInit<H, FBq>, choice(kTypesLow), out(bqTaps<2>), len(), out(one))))
              : row(names[1], lowInit<H, FBq>, choice(kTypesLow), out(bqTaps<2>), len(), out(one)),
       row(names[2], initDlyl, taps<H, true>(), out(orderOf<0>), out(one)),
   };

@@ -185,13 +185,15 @@ TEST(RoutineTable, EveryAllocationFailureIsReportedOrRecoveredWithoutTrace) {
         ASSERT_EQ(o.fault, "") << where;
         if (o.reported) {
           EXPECT_EQ(o.firstStatus, RYX_StsNoMem) << where << ": " << o.firstReport;
-        } else if (!r.fallsBack) {
+        } else if (!r.fallsBack && !r.storesAddress) {
           EXPECT_EQ(o.digest, ref.digest) << where << " recovered with other results";
         }
         // The same call on the same thread, memory back: as if nothing was.
         const Outcome again = run(0);
         EXPECT_FALSE(again.reported) << where;
-        EXPECT_EQ(again.digest, ref.digest) << where;
+        if (!r.storesAddress) {
+          EXPECT_EQ(again.digest, ref.digest) << where;
+        }
       }
     }
   }
