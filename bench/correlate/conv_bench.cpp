@@ -96,15 +96,15 @@ void fftwConv(benchmark::State& state, bool single) {
   const auto x = signal<float>(L, 1), h = signal<float>(S, 2);
   std::vector<float> y(static_cast<size_t>(N));
   float* buf = fftwf_alloc_real(P);
-  fftwf_complex* spec = fftwf_alloc_complex(P / 2 + 1);
+  fftwf_complex* bins = fftwf_alloc_complex(P / 2 + 1);
   fftwf_complex* hs = fftwf_alloc_complex(P / 2 + 1);
-  fftwf_plan fwd = fftwf_plan_dft_r2c_1d(P, buf, spec, FFTW_MEASURE);
-  fftwf_plan inv = fftwf_plan_dft_c2r_1d(P, spec, buf, FFTW_MEASURE);
+  fftwf_plan fwd = fftwf_plan_dft_r2c_1d(P, buf, bins, FFTW_MEASURE);
+  fftwf_plan inv = fftwf_plan_dft_c2r_1d(P, bins, buf, FFTW_MEASURE);
   for (int i = 0; i < P; ++i) buf[i] = i < S ? h[i] : 0.0f;
   fftwf_execute(fwd);
   for (int i = 0; i <= P / 2; ++i) {
-    hs[i][0] = spec[i][0] / P;
-    hs[i][1] = spec[i][1] / P;
+    hs[i][0] = bins[i][0] / P;
+    hs[i][1] = bins[i][1] / P;
   }
   const long long seg = P - (S - 1);
   for (auto _ : state) {
@@ -116,10 +116,10 @@ void fftwConv(benchmark::State& state, bool single) {
       }
       fftwf_execute(fwd);
       for (int i = 0; i <= P / 2; ++i) {
-        const float re = spec[i][0] * hs[i][0] - spec[i][1] * hs[i][1];
-        const float im = spec[i][0] * hs[i][1] + spec[i][1] * hs[i][0];
-        spec[i][0] = re;
-        spec[i][1] = im;
+        const float re = bins[i][0] * hs[i][0] - bins[i][1] * hs[i][1];
+        const float im = bins[i][0] * hs[i][1] + bins[i][1] * hs[i][0];
+        bins[i][0] = re;
+        bins[i][1] = im;
       }
       fftwf_execute(inv);
       const long long take = std::min(seg, N - o);
@@ -130,7 +130,7 @@ void fftwConv(benchmark::State& state, bool single) {
   fftwf_destroy_plan(fwd);
   fftwf_destroy_plan(inv);
   fftwf_free(buf);
-  fftwf_free(spec);
+  fftwf_free(bins);
   fftwf_free(hs);
   setItems(state, L, S);
 }

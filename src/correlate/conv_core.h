@@ -8,7 +8,7 @@
 #pragma once
 
 #include "frame/checks.h"
-#include "correlate/spectrum.h"
+#include "correlate/freq_domain.h"
 
 namespace ryx::corr {
 

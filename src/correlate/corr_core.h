@@ -11,7 +11,7 @@
 
 #include "frame/checks.h"
 #include "correlate/op_counts.h"
-#include "correlate/spectrum.h"
+#include "correlate/freq_domain.h"
 
 namespace ryx::corr {
 

@@ -11,7 +11,7 @@
 
 #include <cmath>
 
-#include "correlate/spectrum.h"
+#include "correlate/freq_domain.h"
 
 namespace ryx::corr {
 

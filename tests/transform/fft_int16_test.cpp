@@ -110,12 +110,12 @@ S modelPacked(const S& in, int order, int flags, int layout, bool fast, bool ccs
     if (fast) m16::fastShift(out, order, flags, mode, factor);
     return m16::reversed(out, order - 1);
   }
-  V spec(layout == 0 ? ccsCount(n) : n, 0);
-  spec[0] = X[0];
-  if (n > 1) spec[m16::nyquistAt(layout, n)] = X[2 * m];
-  for (std::int64_t k = 1; k < m; ++k) spec[m16::placeOf(layout, k, 0)] = X[2 * k], spec[m16::placeOf(layout, k, 1)] = X[2 * k + 1];
-  if (order < 2 || !fast) return m16::outputStep(spec, order < 2 ? (scaled ? order : 0) : g + (scaled ? order : 0), mode, factor);
-  S out(spec.begin(), spec.end());
+  V bins16(layout == 0 ? ccsCount(n) : n, 0);
+  bins16[0] = X[0];
+  if (n > 1) bins16[m16::nyquistAt(layout, n)] = X[2 * m];
+  for (std::int64_t k = 1; k < m; ++k) bins16[m16::placeOf(layout, k, 0)] = X[2 * k], bins16[m16::placeOf(layout, k, 1)] = X[2 * k + 1];
+  if (order < 2 || !fast) return m16::outputStep(bins16, order < 2 ? (scaled ? order : 0) : g + (scaled ? order : 0), mode, factor);
+  S out(bins16.begin(), bins16.end());
   m16::fastShift(out, order, flags, mode, factor);
   return out;
 }
@@ -152,13 +152,13 @@ TEST(Int16Fft, IntegerCoresMatchTheModelBitForBit) {
               << "fast " << fast << " order " << order << " flags " << flags << " mode " << md.mode;
           ASSERT_EQ(fl, fm);
           const int layout = (flags >> 4) % 3, dir = flags & 3;  // layouts ride on the flag sets
-          const std::size_t spec = layout ? n : ccsCount(n);
-          ASSERT_EQ(head(run(realFn[layout], head(x, n), spec, order, dir | core | outFlag[layout], md.mode, pl), spec),
+          const std::size_t bins16 = layout ? n : ccsCount(n);
+          ASSERT_EQ(head(run(realFn[layout], head(x, n), bins16, order, dir | core | outFlag[layout], md.mode, pl), bins16),
                     modelPacked(head(x, n), order, dir, layout, fast, false, md.mode, pm))
               << "real, layout " << layout;
           ASSERT_EQ(fl, fm);
-          ASSERT_EQ(head(run(ccsFn[layout], head(x, spec), spec, order, (dir ^ 3) | core | inFlag[layout], md.mode, pl), n),
-                    modelPacked(head(x, spec), order, dir ^ 3, layout, fast, true, md.mode, pm))
+          ASSERT_EQ(head(run(ccsFn[layout], head(x, bins16), bins16, order, (dir ^ 3) | core | inFlag[layout], md.mode, pl), n),
+                    modelPacked(head(x, bins16), order, dir ^ 3, layout, fast, true, md.mode, pm))
               << "ccs, layout " << layout;
           ASSERT_EQ(fl, fm);
         }
@@ -267,7 +267,7 @@ TEST(Int16Fft, NipSplitAndTwoSignalFormsEqualTheBaseForms) {
   Random rnd(165);
   for (int order = 0; order <= 9; order += 3)
     for (const int core : {0, kInt, kFloat, kFast}) {
-      const std::size_t n = std::size_t{1} << order, spec = ccsCount(n);
+      const std::size_t n = std::size_t{1} << order, bins16 = ccsCount(n);
       const S x = noise(rnd, 2 * n + 2, 20000 >> order), y = noise(rnd, n + 2, 500);
       int fb = 0, f1 = 0, f2 = 0, fx = 0, fy = 0;
       const S base = runComplex(head(x, 2 * n), order, I | core, 4, &fb);
@@ -288,19 +288,19 @@ TEST(Int16Fft, NipSplitAndTwoSignalFormsEqualTheBaseForms) {
       const std::pair<Fn, int> inPlace[] = {{ryxwRealFft, F}, {ryxwRealFftl, F | RYX_RCPackOut}, {ryxwCcsFft, I}, {ryxwCcsFftl, I | RYX_RCPackIn}};
       void (*nip[])(const short*, short*, int, int, int, int*) = {ryxwRealFftNip, ryxwRealFftlNip, ryxwCcsFftNip, ryxwCcsFftlNip};
       for (int form = 0; form < 4; ++form) {
-        const std::size_t count = form == 0 ? spec : n, room = form == 2 ? spec : count;
+        const std::size_t count = form == 0 ? bins16 : n, room = form == 2 ? bins16 : count;
         nip[form](x.data(), out.data(), order, inPlace[form].second | core, 1, nullptr);
         EXPECT_EQ(head(out, count), head(run(inPlace[form].first, head(x, room), room, order, inPlace[form].second | core, 1, nullptr), count));
       }
       S x2 = head(x, n + 2), y2 = y;
       EXPECT_EQ(ryxwReal2Fft(x2.data(), y2.data(), order, F | core, 4, &f1), RYX_StsOk);
       ryxwReal2FftNip(x.data(), out.data(), y.data(), outY.data(), order, F | core, 4, &f2);
-      EXPECT_EQ(head(out, spec), head(x2, spec));
-      EXPECT_EQ(head(outY, spec), head(y2, spec));
-      const S ox = run(ryxwRealFft, head(x, n), spec, order, F | core, 4, &fx), oy = run(ryxwRealFft, head(y, n), spec, order, F | core, 4, &fy);
+      EXPECT_EQ(head(out, bins16), head(x2, bins16));
+      EXPECT_EQ(head(outY, bins16), head(y2, bins16));
+      const S ox = run(ryxwRealFft, head(x, n), bins16, order, F | core, 4, &fx), oy = run(ryxwRealFft, head(y, n), bins16, order, F | core, 4, &fy);
       const bool floatSide = order > 0 && (core == kFloat || (core == 0 && order >= 8));
       EXPECT_EQ(f1, floatSide ? std::max(fx, fy) : fy);  // float side: one factor; else y's
-      if (!floatSide) EXPECT_TRUE(head(x2, spec) == head(ox, spec) && head(y2, spec) == head(oy, spec));
+      if (!floatSide) EXPECT_TRUE(head(x2, bins16) == head(ox, bins16) && head(y2, bins16) == head(oy, bins16));
       S cx = head(x, n + 2), cy = y;
       EXPECT_EQ(ryxwCcs2Fft(cx.data(), cy.data(), order, I | core, 1, nullptr), RYX_StsOk);
       ryxwCcs2FftNip(x.data(), out.data(), y.data(), outY.data(), order, I | core, 1, nullptr);
